@@ -1,0 +1,88 @@
+#include "qvox/platform/CRuntime.h"
+
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#if defined(__GLIBC__)
+#include <locale.h>
+#endif
+
+namespace qvox {
+namespace {
+
+constexpr bool IsSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+double ParseCLocale(const char* text) {
+#if defined(__GLIBC__)
+    // An application may switch LC_NUMERIC to a locale with a decimal comma; price text never
+    // follows it.
+    static const locale_t c_locale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+    if (c_locale != static_cast<locale_t>(nullptr)) return strtod_l(text, nullptr, c_locale);
+#endif
+    const char* p = text;
+    while (IsSpace(*p))
+        ++p;
+    bool negative = false;
+    if (*p == '+' || *p == '-') negative = *p++ == '-';
+    if (*p == '+' || *p == '-') return 0.0;
+    double value = 0.0;
+    const char* end = p;
+    while (*end != '\0')
+        ++end;
+    const auto result = std::from_chars(p, end, value);
+    if (result.ec == std::errc::result_out_of_range) return negative ? -HUGE_VAL : HUGE_VAL;
+    if (result.ec != std::errc()) return 0.0;
+    return negative ? -value : value;
+}
+
+}  // namespace
+
+std::int32_t AtoI(std::string_view text, bool& negative) {
+    std::size_t i = 0;
+    const std::size_t n = text.size();
+    while (i < n && IsSpace(text[i]))
+        ++i;
+    negative = false;
+    if (i < n && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    // Accumulate the magnitude in 64 bits and stop growing it once it is past any 32-bit value.
+    std::uint64_t magnitude = 0;
+    for (; i < n && text[i] >= '0' && text[i] <= '9'; ++i) {
+        if (magnitude <= 0xFFFFFFFFull)
+            magnitude = magnitude * 10 + static_cast<unsigned>(text[i] - '0');
+    }
+    if (negative) {
+        return magnitude >= 0x80000000ull ? INT32_MIN : -static_cast<std::int32_t>(magnitude);
+    }
+    return magnitude >= 0x7FFFFFFFull ? INT32_MAX : static_cast<std::int32_t>(magnitude);
+}
+
+std::int32_t AtoI(std::string_view text) {
+    bool negative = false;
+    return AtoI(text, negative);
+}
+
+std::int32_t AtoI(const char* text) {
+    return text == nullptr ? 0 : AtoI(std::string_view(text));
+}
+
+double AtoF(const char* text) {
+    return text == nullptr ? 0.0 : ParseCLocale(text);
+}
+
+double AtoF(std::string_view text) {
+    // strtod needs a terminated text; a short copy keeps the read inside the view.
+    char small[64];
+    if (text.size() < sizeof small) {
+        text.copy(small, text.size());
+        small[text.size()] = '\0';
+        return ParseCLocale(small);
+    }
+    return ParseCLocale(std::string(text).c_str());
+}
+
+}  // namespace qvox

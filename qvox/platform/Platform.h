@@ -1,0 +1,38 @@
+// The one registration point for the services that the platform, not this library, provides.
+// Every service has a built-in default that works out of the box; an application installs its
+// own, and a test installs fakes for its own duration with ScopedPlatformServices.
+#pragma once
+
+#include <memory>
+
+#include "qvox/platform/Locale.h"
+
+namespace qvox {
+
+struct PlatformServices {
+    std::shared_ptr<const ILocaleService> locale;  // null means the built-in service
+};
+
+// The services in force. Never holds a null entry.
+PlatformServices GetPlatformServices();
+
+// Installs services for the whole process; null entries get the built-in defaults. Safe to call
+// while other threads use the services: a caller keeps what it fetched until it is done.
+void SetPlatformServices(PlatformServices services);
+
+// The locale service in force.
+std::shared_ptr<const ILocaleService> CurrentLocaleService();
+
+// Installs services for its lifetime and restores the previous ones when it ends.
+class ScopedPlatformServices {
+  public:
+    explicit ScopedPlatformServices(PlatformServices services);
+    ~ScopedPlatformServices();
+    ScopedPlatformServices(const ScopedPlatformServices&) = delete;
+    ScopedPlatformServices& operator=(const ScopedPlatformServices&) = delete;
+
+  private:
+    PlatformServices saved_;
+};
+
+}  // namespace qvox

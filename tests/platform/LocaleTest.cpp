@@ -1,0 +1,161 @@
+#include "qvox/platform/Locale.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "qvox/platform/CRuntime.h"
+#include "qvox/platform/Platform.h"
+#include "qvox/platform/WinError.h"
+
+namespace qvox {
+namespace {
+
+std::string Format(const char* value, UINT digits, UINT grouping, UINT negativeOrder = 1,
+                   UINT leadingZero = 1) {
+    const NUMBERFMTA format{digits, leadingZero, grouping, ".", ",", negativeOrder};
+    char out[64];
+    if (GetNumberFormatA(LOCALE_USER_DEFAULT, 0, value, &format, out, sizeof out) == 0) {
+        return "<error " + std::to_string(GetLastError()) + ">";
+    }
+    return out;
+}
+
+TEST(NumberFormat, RoundsGroupsAndSigns) {
+    const struct {
+        const char* value;
+        UINT digits, grouping, negativeOrder, leadingZero;
+        const char* expected;
+    } cases[] = {
+        {"1234567.891", 2, 3, 1, 1, "1,234,567.89"},
+        {"1234567.895", 2, 3, 1, 1, "1,234,567.90"},
+        {"9.995", 2, 3, 1, 1, "10.00"},
+        {"999.9", 0, 3, 1, 1, "1,000"},
+        {"1234567890", 0, 32, 1, 1, "1,23,45,67,890"},
+        {"1234567890", 0, 30, 1, 1, "1234567,890"},
+        {"1234567890", 0, 0, 1, 1, "1234567890"},
+        {"1234567890", 0, 9, 1, 1, "1,234567890"},
+        {"123", 0, 3, 1, 1, "123"},
+        {"-1.5", 1, 3, 0, 1, "(1.5)"},
+        {"-1.5", 1, 3, 2, 1, "- 1.5"},
+        {"-1.5", 1, 3, 3, 1, "1.5-"},
+        {"-1.5", 1, 3, 4, 1, "1.5 -"},
+        {"0.5", 2, 3, 1, 0, ".50"},
+        {"-0.001", 2, 3, 1, 1, "0.00"},
+        {"007.5", 1, 3, 1, 1, "7.5"},
+        {".5", 1, 3, 1, 1, "0.5"},
+        {"5.", 0, 3, 1, 1, "5"},
+        {"0", 0, 3, 1, 0, "0"},
+        {"-0.5", 0, 3, 1, 1, "-1"},
+        {"1.2", 4, 3, 1, 1, "1.2000"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Format(c.value, c.digits, c.grouping, c.negativeOrder, c.leadingZero), c.expected)
+            << c.value;
+    }
+    for (const char* bad : {"", "-", ".", "1.2.3", "+1", " 1", "1e5", "1,5", "--1", "nan"}) {
+        EXPECT_EQ(Format(bad, 2, 3), "<error 87>") << bad;
+    }
+    EXPECT_EQ(Format("1", 10, 3), "<error 87>");
+    EXPECT_EQ(Format("1", 2, 3, 5), "<error 87>");
+}
+
+TEST(NumberFormat, BufferProtocol) {
+    const NUMBERFMTA format{2, 1, 3, ".", ",", 1};
+    EXPECT_EQ(GetNumberFormatA(LOCALE_USER_DEFAULT, 0, "1234.5", &format, nullptr, 0), 9);
+    char out[9];
+    std::memset(out, 'x', sizeof out);
+    EXPECT_EQ(GetNumberFormatA(LOCALE_USER_DEFAULT, 0, "1234.5", &format, out, 8), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_EQ(out[0], 'x');  // untouched on failure
+    EXPECT_EQ(GetNumberFormatA(LOCALE_USER_DEFAULT, 0, "1234.5", &format, out, 9), 9);
+    EXPECT_STREQ(out, "1,234.50");
+    EXPECT_EQ(GetNumberFormatA(LOCALE_USER_DEFAULT, LOCALE_NOUSEROVERRIDE, "1", &format, out, 9),
+              0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
+    const NUMBERFMTA noSeparator{2, 1, 3, nullptr, ",", 1};
+    EXPECT_EQ(GetNumberFormatA(LOCALE_USER_DEFAULT, 0, "1", &noSeparator, out, 9), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+}
+
+TEST(LocaleInfo, ComesFromTheInstalledService) {
+    char out[8];
+    EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_SDECIMAL, out, sizeof out), 2);
+    EXPECT_STREQ(out, ".");
+    EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_STHOUSAND, out, sizeof out), 2);
+    EXPECT_STREQ(out, ",");
+    EXPECT_EQ(GetLocaleInfoA(LOCALE_USER_DEFAULT, 0x9999, out, sizeof out), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
+
+    NumberConventions indian;
+    indian.decimalSeparator = "\xB7";  // a middle dot, one byte of the code page
+    indian.thousandSeparator = "\xA0\xA0\xA0\xA0";
+    indian.grouping = 32;
+    {
+        const ScopedPlatformServices scoped({std::make_shared<FixedLocaleService>(indian)});
+        EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_SDECIMAL, out, sizeof out), 2);
+        EXPECT_STREQ(out, "\xB7");
+        EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_STHOUSAND, nullptr, 0), 5);
+        EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_STHOUSAND, out, 4), 0);
+        EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+        EXPECT_EQ(GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_SGROUPING, out, sizeof out), 6);
+        EXPECT_STREQ(out, "3;2;0");
+        EXPECT_EQ(GetNumberFormatA(LOCALE_USER_DEFAULT, 0, "-1234567.5", nullptr, out, 0), 20);
+    }
+    EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_SDECIMAL, out, sizeof out), 2);
+    EXPECT_STREQ(out, ".");
+}
+
+TEST(CRuntime, ReadsIntegersLikeThePlatform) {
+    const struct {
+        const char* text;
+        std::int32_t expected;
+        bool negative;
+    } cases[] = {
+        {"42", 42, false},
+        {"  -17x", -17, true},
+        {"+8", 8, false},
+        {"-", 0, true},
+        {"-0", 0, true},
+        {"abc", 0, false},
+        {"2147483647", INT32_MAX, false},
+        {"2147483648", INT32_MAX, false},
+        {"-2147483648", INT32_MIN, true},
+        {"-99999999999999999999", INT32_MIN, true},
+        {"\t\n 5", 5, false},
+        {"- 5", 0, true},
+        {"", 0, false},
+    };
+    for (const auto& c : cases) {
+        bool negative = !c.negative;
+        EXPECT_EQ(AtoI(std::string_view(c.text), negative), c.expected) << c.text;
+        EXPECT_EQ(negative, c.negative) << c.text;
+        EXPECT_EQ(AtoI(c.text), c.expected) << c.text;
+    }
+    EXPECT_EQ(AtoI(static_cast<const char*>(nullptr)), 0);
+    EXPECT_EQ(AtoI(std::string_view("12345", 3)), 123);  // stops at the end of the view
+}
+
+TEST(CRuntime, ReadsFloatsInTheCLocale) {
+    EXPECT_EQ(AtoF("1.25"), 1.25);
+    EXPECT_EQ(AtoF("  -3.5e2xyz"), -350.0);
+    EXPECT_EQ(AtoF("abc"), 0.0);
+    EXPECT_EQ(AtoF(static_cast<const char*>(nullptr)), 0.0);
+    EXPECT_EQ(AtoF("1e999"), HUGE_VAL);
+    EXPECT_EQ(AtoF(std::string_view("1.2599", 4)), 1.25);
+    EXPECT_EQ(AtoF(std::string(100, '1') + ".5"), AtoF((std::string(100, '1') + ".5").c_str()));
+    // An application that moves the C locale to a decimal comma changes nothing here.
+    const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
+    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8"}) {
+        if (std::setlocale(LC_NUMERIC, name) != nullptr) break;
+    }
+    EXPECT_EQ(AtoF("1.5"), 1.5);
+    std::setlocale(LC_NUMERIC, saved.c_str());
+}
+
+}  // namespace
+}  // namespace qvox

@@ -1,0 +1,22 @@
+// Subcommands of the qvox program. Each registers its options on the application and returns the
+// action to run once the command line has been parsed.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+
+#include <CLI/CLI.hpp>
+
+namespace qvox::tool {
+
+// Exit codes shared by every subcommand.
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitBadData = 1;  // a data file was read, some of its lines were refused
+inline constexpr int kExitUsage = 2;    // the command line cannot be carried out
+
+using Action = std::function<int(std::ostream& out, std::ostream& err)>;
+
+// "qvox price": piece text, decimal text and fraction text of a price, or the pieces of a text.
+void AddPriceCommand(CLI::App& app, Action& action);
+
+}  // namespace qvox::tool
