@@ -1,5 +1,6 @@
 // Console output plus, at the end, each benchmark's time as a multiple of its group's baseline
-// from the same run. A group is the name up to the first '/'; its baseline is "<group>/baseline".
+// from the same run (the median when repetitions are asked for). A group is the name up to the
+// first '/'; its baseline is "<group>/baseline".
 // Ratios hold on a noisy machine where absolute times do not.
 #pragma once
 
@@ -17,10 +18,12 @@ class BaselineReporter : public benchmark::ConsoleReporter {
   public:
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
+        // With repetitions, the median stands for the benchmark; without, its one run.
         for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-            const std::string name = run.benchmark_name();
-            times_.emplace_back(name, run.GetAdjustedCPUTime());
+            const bool single = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
+            const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+            if (!single && !median) continue;
+            times_.emplace_back(run.run_name.str(), run.GetAdjustedCPUTime());
         }
     }
 

@@ -41,7 +41,7 @@ void PieceTextBaseline(benchmark::State& state) {
     char text[16];
     std::size_t i = 0;
     for (auto _ : state) {
-        const auto end = std::to_chars(text, text + sizeof text, pieces[i]).ptr;
+        const auto end = std::to_chars(text, text + sizeof text - 1, pieces[i]).ptr;
         *end = '\0';
         LONG value = 0;
         std::from_chars(text, end, value);

@@ -42,25 +42,6 @@ double ParseCLocale(const char* text) {
 
 }  // namespace
 
-std::int32_t AtoI(std::string_view text, bool& negative) {
-    std::size_t i = 0;
-    const std::size_t n = text.size();
-    while (i < n && IsSpace(text[i]))
-        ++i;
-    negative = false;
-    if (i < n && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    // Accumulate the magnitude in 64 bits and stop growing it once it is past any 32-bit value.
-    std::uint64_t magnitude = 0;
-    for (; i < n && text[i] >= '0' && text[i] <= '9'; ++i) {
-        if (magnitude <= 0xFFFFFFFFull)
-            magnitude = magnitude * 10 + static_cast<unsigned>(text[i] - '0');
-    }
-    if (negative) {
-        return magnitude >= 0x80000000ull ? INT32_MIN : -static_cast<std::int32_t>(magnitude);
-    }
-    return magnitude >= 0x7FFFFFFFull ? INT32_MAX : static_cast<std::int32_t>(magnitude);
-}
-
 std::int32_t AtoI(std::string_view text) {
     bool negative = false;
     return AtoI(text, negative);

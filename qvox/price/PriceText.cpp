@@ -4,6 +4,7 @@
 // digit, but the point stays "." even when the application has switched the C locale.
 #include "qvox/price/PriceText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -25,6 +26,9 @@ using basecode::Scale;
 using basecode::ToLower;
 
 namespace {
+
+// A piece text is read as far as a work area of 100 bytes holds it.
+constexpr std::size_t kWorkArea = 99;
 
 // Longest fixed-notation text of a finite double: 309 digits, sign and point, before the places.
 constexpr std::size_t kFixedHead = 312;
@@ -126,20 +130,23 @@ char* Helper::Pieces2DecimalString(char code, LONG pieces, char* out, int plus) 
 LONG Helper::String2Pieces(char code, const char* text) {
     if (text == nullptr || *text == '\0') return 0;
     const char c = Normalize(code);
-    // The text is read as far as a work area of 100 bytes holds it.
-    const std::string_view all(text, strnlen(text, 99));
+    const std::string_view all(text, strnlen(text, kWorkArea));
     if (IsFactor(c)) return wrap32::mul(AtoI(all), Factor(c));
 
     const BaseCodeScale& scale = Scale(c);
-    const std::size_t separator = all.find_first_of(".^");
+    // The whole part is the number before the first separator. The number can only end at a
+    // character that is not part of it, so the search for the separator starts there.
     bool negative = false;
+    std::size_t separator = 0;
+    const LONG whole = AtoI(all, negative, separator);
+    while (separator < all.size() && all[separator] != '.' && all[separator] != '^')
+        ++separator;
     LONG numerator1 = 0;
     LONG numerator2 = 0;
-    const LONG whole = AtoI(all.substr(0, separator), negative);
-    if (separator != std::string_view::npos) {
-        const auto width = static_cast<std::size_t>(scale.FractionDigits);
+    if (separator < all.size()) {
+        const std::string_view fraction =
+            all.substr(separator + 1, static_cast<std::size_t>(scale.FractionDigits));
         const auto primary = static_cast<std::size_t>(scale.PrimaryDigits);
-        const std::string_view fraction = all.substr(separator + 1, width);
         if (scale.FractionLevels == 1) {
             numerator1 = AtoI(fraction);
             // Under a decimal code the digits are decimal places: ".5" is fifty hundredths.
