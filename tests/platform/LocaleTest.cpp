@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cmath>
 #include <cstring>
 #include <memory>
 #include <string>
 
+#include "common/DecimalCommaLocale.h"
 #include "qvox/platform/CRuntime.h"
 #include "qvox/platform/Platform.h"
 #include "qvox/platform/WinError.h"
@@ -145,12 +145,10 @@ TEST(CRuntime, ReadsFloatsInTheCLocale) {
     EXPECT_EQ(AtoF(std::string_view("1.2599", 4)), 1.25);
     EXPECT_EQ(AtoF(std::string(100, '1') + ".5"), AtoF((std::string(100, '1') + ".5").c_str()));
     // An application that moves the C locale to a decimal comma changes nothing here.
-    const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
-    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8"}) {
-        if (std::setlocale(LC_NUMERIC, name) != nullptr) break;
-    }
+    const testing::DecimalCommaLocale comma;
+    QVOX_EXPECT_DECIMAL_COMMA(comma);
     EXPECT_EQ(AtoF("1.5"), 1.5);
-    std::setlocale(LC_NUMERIC, saved.c_str());
+    EXPECT_EQ(AtoF(std::string_view("2.25")), 2.25);
 }
 
 }  // namespace

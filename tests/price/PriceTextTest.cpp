@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 
+#include "common/DecimalCommaLocale.h"
 #include "qvox/platform/Platform.h"
 #include "qvox/price/Helper.h"
 
@@ -309,6 +310,20 @@ TEST_F(LocaleText, Commas) {
     }
     add_commas(out, 1234.0, 0);
     EXPECT_STREQ(out, "1,234");  // the scoped services are gone again
+}
+
+TEST(PriceText, KeepsItsPointUnderADecimalCommaLocale) {
+    const testing::DecimalCommaLocale comma;
+    QVOX_EXPECT_DECIMAL_COMMA(comma);
+    char out[30];
+    EXPECT_STREQ(Helper::Pieces2DecimalString('l', 6617, out, 0), "103.390625");
+    EXPECT_STREQ(Helper::Num2Frac(10.5, 'm', 0), "10.50");
+    EXPECT_EQ(Helper::Frac2Num("1.25"), 1.25);
+    EXPECT_EQ(Helper::String2Pieces('m', "10.5"), 1050);
+    GetFractionNumber(1.1, 3, out);
+    EXPECT_STREQ(out, "1.1");
+    GetText(10.5, 'm', out);  // the separator comes from the locale service, not the C locale
+    EXPECT_STREQ(out, "10.50");
 }
 
 TEST(DecimalDigits, OfEveryCode) {
