@@ -6,14 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "FuzzCheck.h"
 #include "qvox/price/Helper.h"
 #include "qvox/price/PriceText.h"
 
-namespace {
-void Require(bool condition) {
-    if (!condition) __builtin_trap();
-}
-}  // namespace
+using qvox::fuzz::Require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;

@@ -5,13 +5,10 @@
 #include <cstring>
 #include <memory>
 
+#include "FuzzCheck.h"
 #include "qvox/price/Helper.h"
 
-namespace {
-void Require(bool condition) {
-    if (!condition) __builtin_trap();
-}
-}  // namespace
+using qvox::fuzz::Require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;

@@ -37,26 +37,14 @@ TEST(CString, ConstructionNeverYieldsNull) {
 
 TEST(CString, ExtractionClampsEveryArgument) {
     const CString s = "abcdef";
-    const struct {
-        CString got;
-        const char* expected;
-    } cases[] = {
-        {s.Left(-1), ""},
-        {s.Left(3), "abc"},
-        {s.Left(99), "abcdef"},
-        {s.Right(-5), ""},
-        {s.Right(2), "ef"},
-        {s.Right(99), "abcdef"},
-        {s.Mid(-2), "abcdef"},
-        {s.Mid(6), ""},
-        {s.Mid(7), ""},
-        {s.Mid(2, 2), "cd"},
-        {s.Mid(-1, 3), "abc"},
-        {s.Mid(4, 99), "ef"},
-        {s.Mid(2, -1), ""},
-        {s.Mid(1, INT_MAX), "bcdef"},
-        {s.Mid(INT_MAX, INT_MAX), ""},
+    // clang-format off
+    const struct { CString got; const char* expected; } cases[] = {
+        {s.Left(-1), ""}, {s.Left(3), "abc"}, {s.Left(99), "abcdef"}, {s.Right(-5), ""},
+        {s.Right(2), "ef"}, {s.Right(99), "abcdef"}, {s.Mid(-2), "abcdef"}, {s.Mid(6), ""},
+        {s.Mid(7), ""}, {s.Mid(2, 2), "cd"}, {s.Mid(-1, 3), "abc"}, {s.Mid(4, 99), "ef"},
+        {s.Mid(2, -1), ""}, {s.Mid(1, INT_MAX), "bcdef"}, {s.Mid(INT_MAX, INT_MAX), ""},
     };
+    // clang-format on
     for (const auto& c : cases)
         EXPECT_EQ(c.got.str(), c.expected);
     EXPECT_EQ(s.GetAt(-1), '\0');

@@ -17,13 +17,13 @@ std::string AllBytes() {
 }
 
 TEST(CodePage, TableAgainstKnownCharacters) {
-    const struct {
-        unsigned char byte;
-        char16_t code;
-    } rows[] = {{0x41, u'A'},      {0x80, u'\u20AC'}, {0x81, u'\u0081'}, {0x8D, u'\u008D'},
-                {0x8F, u'\u008F'}, {0x90, u'\u0090'}, {0x9D, u'\u009D'}, {0x99, u'\u2122'},
-                {0x9F, u'\u0178'}, {0xA0, u'\u00A0'}, {0xBC, u'\u00BC'}, {0xBD, u'\u00BD'},
-                {0xFF, u'\u00FF'}};
+    // clang-format off
+    const struct { unsigned char byte; char16_t code; } rows[] = {
+        {0x41, u'A'}, {0x80, u'\u20AC'}, {0x81, u'\u0081'}, {0x8D, u'\u008D'}, {0x8F, u'\u008F'},
+        {0x90, u'\u0090'}, {0x9D, u'\u009D'}, {0x99, u'\u2122'}, {0x9F, u'\u0178'},
+        {0xA0, u'\u00A0'}, {0xBC, u'\u00BC'}, {0xBD, u'\u00BD'}, {0xFF, u'\u00FF'},
+    };
+    // clang-format on
     for (const auto& r : rows) {
         EXPECT_EQ(Cp1252ToUnicode(r.byte), r.code) << int{r.byte};
         EXPECT_EQ(UnicodeToCp1252(r.code), r.byte) << int{r.byte};

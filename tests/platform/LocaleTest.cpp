@@ -26,31 +26,23 @@ std::string Format(const char* value, UINT digits, UINT grouping, UINT negativeO
 }
 
 TEST(NumberFormat, RoundsGroupsAndSigns) {
+    // clang-format off
     const struct {
         const char* value;
         UINT digits, grouping, negativeOrder, leadingZero;
         const char* expected;
-    } cases[] = {{"1234567.891", 2, 3, 1, 1, "1,234,567.89"},
-                 {"1234567.895", 2, 3, 1, 1, "1,234,567.90"},
-                 {"9.995", 2, 3, 1, 1, "10.00"},
-                 {"999.9", 0, 3, 1, 1, "1,000"},
-                 {"1234567890", 0, 32, 1, 1, "1,23,45,67,890"},
-                 {"1234567890", 0, 30, 1, 1, "1234567,890"},
-                 {"1234567890", 0, 0, 1, 1, "1234567890"},
-                 {"1234567890", 0, 9, 1, 1, "1,234567890"},
-                 {"123", 0, 3, 1, 1, "123"},
-                 {"-1.5", 1, 3, 0, 1, "(1.5)"},
-                 {"-1.5", 1, 3, 2, 1, "- 1.5"},
-                 {"-1.5", 1, 3, 3, 1, "1.5-"},
-                 {"-1.5", 1, 3, 4, 1, "1.5 -"},
-                 {"0.5", 2, 3, 1, 0, ".50"},
-                 {"-0.001", 2, 3, 1, 1, "0.00"},
-                 {"007.5", 1, 3, 1, 1, "7.5"},
-                 {".5", 1, 3, 1, 1, "0.5"},
-                 {"5.", 0, 3, 1, 1, "5"},
-                 {"0", 0, 3, 1, 0, "0"},
-                 {"-0.5", 0, 3, 1, 1, "-1"},
-                 {"1.2", 4, 3, 1, 1, "1.2000"}};
+    } cases[] = {
+        {"1234567.891", 2, 3, 1, 1, "1,234,567.89"}, {"1234567.895", 2, 3, 1, 1, "1,234,567.90"},
+        {"9.995", 2, 3, 1, 1, "10.00"}, {"999.9", 0, 3, 1, 1, "1,000"},
+        {"1234567890", 0, 32, 1, 1, "1,23,45,67,890"}, {"1234567890", 0, 30, 1, 1, "1234567,890"},
+        {"1234567890", 0, 0, 1, 1, "1234567890"}, {"1234567890", 0, 9, 1, 1, "1,234567890"},
+        {"123", 0, 3, 1, 1, "123"}, {"-1.5", 1, 3, 0, 1, "(1.5)"}, {"-1.5", 1, 3, 2, 1, "- 1.5"},
+        {"-1.5", 1, 3, 3, 1, "1.5-"}, {"-1.5", 1, 3, 4, 1, "1.5 -"}, {"0.5", 2, 3, 1, 0, ".50"},
+        {"-0.001", 2, 3, 1, 1, "0.00"}, {"007.5", 1, 3, 1, 1, "7.5"}, {".5", 1, 3, 1, 1, "0.5"},
+        {"5.", 0, 3, 1, 1, "5"}, {"0", 0, 3, 1, 0, "0"}, {"-0.5", 0, 3, 1, 1, "-1"},
+        {"1.2", 4, 3, 1, 1, "1.2000"},
+    };
+    // clang-format on
     for (const auto& c : cases) {
         EXPECT_EQ(Format(c.value, c.digits, c.grouping, c.negativeOrder, c.leadingZero), c.expected)
             << c.value;
@@ -109,23 +101,14 @@ TEST(LocaleInfo, ComesFromTheInstalledService) {
 }
 
 TEST(CRuntime, ReadsIntegersLikeThePlatform) {
-    const struct {
-        const char* text;
-        std::int32_t expected;
-        bool negative;
-    } cases[] = {{"42", 42, false},
-                 {"  -17x", -17, true},
-                 {"+8", 8, false},
-                 {"-", 0, true},
-                 {"-0", 0, true},
-                 {"abc", 0, false},
-                 {"2147483647", INT32_MAX, false},
-                 {"2147483648", INT32_MAX, false},
-                 {"-2147483648", INT32_MIN, true},
-                 {"-99999999999999999999", INT32_MIN, true},
-                 {"\t\n 5", 5, false},
-                 {"- 5", 0, true},
-                 {"", 0, false}};
+    // clang-format off
+    const struct { const char* text; std::int32_t expected; bool negative; } cases[] = {
+        {"42", 42, false}, {" -17x", -17, true}, {"+8", 8, false}, {"-", 0, true}, {"-0", 0, true},
+        {"abc", 0, false}, {"2147483647", INT32_MAX, false}, {"2147483648", INT32_MAX, false},
+        {"-2147483648", INT32_MIN, true}, {"-99999999999999999999", INT32_MIN, true},
+        {"\t\n 5", 5, false}, {"- 5", 0, true}, {"", 0, false},
+    };
+    // clang-format on
     for (const auto& c : cases) {
         bool negative = !c.negative;
         EXPECT_EQ(AtoI(std::string_view(c.text), negative), c.expected) << c.text;

@@ -45,16 +45,13 @@ TEST(BaseCodes, ScaleTexts) {
 }
 
 TEST(Round2Long, HalvesAwayFromZeroAndGuardsTheRange) {
-    const struct {
-        double value;
-        LONG expected;
-    } cases[] = {{2.5, 3},           {-2.5, -3},
-                 {2.4999, 2},        {-2.4999, -2},
-                 {0.5, 1},           {-0.5, -1},
-                 {0.0, 0},           {kNaN, 0},
-                 {2147483647.0, 0},  {2147483646.5, INT32_MAX},
-                 {-2147483648.0, 0}, {-2147483647.5, INT32_MIN},
-                 {1e300, 0},         {-HUGE_VAL, 0}};
+    // clang-format off
+    const struct { double value; LONG expected; } cases[] = {
+        {2.5, 3}, {-2.5, -3}, {2.4999, 2}, {-2.4999, -2}, {0.5, 1}, {-0.5, -1}, {0.0, 0},
+        {kNaN, 0}, {2147483647.0, 0}, {2147483646.5, INT32_MAX}, {-2147483648.0, 0},
+        {-2147483647.5, INT32_MIN}, {1e300, 0}, {-HUGE_VAL, 0},
+    };
+    // clang-format on
     for (const auto& c : cases)
         EXPECT_EQ(HelperAccess::round2long(c.value), c.expected) << c.value;
 }
@@ -87,44 +84,29 @@ TEST(PiecesAndDecimals, ConvertBothWays) {
 }
 
 TEST(Signal2Pieces, UnpacksOnlyUpperCaseFractionCodes) {
-    const struct {
-        char code;
-        LONG value;
-        LONG expected;
-    } cases[] = {{'L', 10325, 6617},
-                 {'S', 10315, 3515},
-                 {'T', 1037, 415},
-                 {'U', 10157, 1343},
-                 {'l', 10325, 10325},
-                 {'M', 10325, 10325},
-                 {'L', 25, 25},
-                 {'X', 10311, 10311},
-                 {'Y', 777, 777},
-                 {'A', 5, 5},
-                 {'?', 5, 5},
-                 {'L', -10325, -6567},
-                 {'L', -25, 25},
-                 {'F', 31, 7},
-                 {'Q', 1127, 1 * 128 + 127},
-                 {'V', 10639, 10 * 640 + 63 * 10 + 9},
-                 {'T', 7, 4 * 7},
-                 {'S', -35, -25},
-                 {'T', -37, 15},
-                 {'L', INT32_MIN, -21474836 * 64 + 48}};
+    // clang-format off
+    const struct { char code; LONG value; LONG expected; } cases[] = {
+        {'L', 10325, 6617}, {'S', 10315, 3515}, {'T', 1037, 415}, {'U', 10157, 1343},
+        {'l', 10325, 10325}, {'M', 10325, 10325}, {'L', 25, 25}, {'X', 10311, 10311},
+        {'Y', 777, 777}, {'A', 5, 5}, {'?', 5, 5}, {'L', -10325, -6567}, {'L', -25, 25},
+        {'F', 31, 7}, {'Q', 1127, 1 * 128 + 127}, {'V', 10639, 10 * 640 + 63 * 10 + 9},
+        {'T', 7, 4 * 7}, {'S', -35, -25}, {'T', -37, 15}, {'L', INT32_MIN, -21474836 * 64 + 48},
+    };
+    // clang-format on
     for (const auto& c : cases) {
         EXPECT_EQ(Helper::Signal2Pieces(c.code, c.value), c.expected) << c.code << ' ' << c.value;
     }
 }
 
 TEST(Fraction2Basecode, FindsFirstMatchAndLeavesCodeOnFailure) {
-    const struct {
-        LONG factor, levels, d1, d2;
-        int found;
-        char code;
-    } cases[] = {{0, 1, 1000, 0, 1, 'n'}, {0, 2, 32, 4, 1, 'u'},    {0, 2, 32, 3, 0, '-'},
-                 {100, 7, 7, 7, 1, 'c'},  {10000, 0, 0, 0, 1, 'a'}, {7, 1, 64, 0, 0, '-'},
-                 {0, 0, 9, 9, 1, 'e'},    {0, 3, 64, 0, 0, '-'},    {0, 1, 64, 0, 1, 'l'},
-                 {0, 2, 64, 2, 1, 'y'},   {0, 1, 32, 0, 1, 'k'},    {0, 2, 10, 4, 1, 't'}};
+    // clang-format off
+    const struct { LONG factor, levels, d1, d2; int found; char code; } cases[] = {
+        {0, 1, 1000, 0, 1, 'n'}, {0, 2, 32, 4, 1, 'u'}, {0, 2, 32, 3, 0, '-'},
+        {100, 7, 7, 7, 1, 'c'}, {10000, 0, 0, 0, 1, 'a'}, {7, 1, 64, 0, 0, '-'},
+        {0, 0, 9, 9, 1, 'e'}, {0, 3, 64, 0, 0, '-'}, {0, 1, 64, 0, 1, 'l'}, {0, 2, 64, 2, 1, 'y'},
+        {0, 1, 32, 0, 1, 'k'}, {0, 2, 10, 4, 1, 't'},
+    };
+    // clang-format on
     for (const auto& c : cases) {
         char code = '-';
         EXPECT_EQ(Helper::Fraction2Basecode(c.factor, c.levels, c.d1, c.d2, code), c.found);
@@ -133,17 +115,14 @@ TEST(Fraction2Basecode, FindsFirstMatchAndLeavesCodeOnFailure) {
 }
 
 TEST(Value2Pieces, TakesTheSignFromTheWholePart) {
-    const struct {
-        LONG whole, factor, levels, n1, d1, n2, d2;
-        char code;
-        LONG pieces;
-    } cases[] = {{-10, 0, 1, 25, 64, 0, 0, 'l', -665},
-                 {0, 0, 1, 25, 64, 0, 0, 'l', 25},
-                 {10, 0, 2, 31, 32, 5, 10, 's', 3515},
-                 {-10, 0, 2, 31, 32, 5, 10, 's', -3515},
-                 {7, 100, 0, 0, 0, 0, 0, 'c', 700},
-                 {42, 0, 0, 1, 1, 1, 1, 'e', 42},
-                 {INT32_MAX, 10000, 0, 0, 0, 0, 0, 'a', wrap32::mul(INT32_MAX, 10000)}};
+    // clang-format off
+    const struct { LONG whole, factor, levels, n1, d1, n2, d2; char code; LONG pieces; } cases[] = {
+        {-10, 0, 1, 25, 64, 0, 0, 'l', -665}, {0, 0, 1, 25, 64, 0, 0, 'l', 25},
+        {10, 0, 2, 31, 32, 5, 10, 's', 3515}, {-10, 0, 2, 31, 32, 5, 10, 's', -3515},
+        {7, 100, 0, 0, 0, 0, 0, 'c', 700}, {42, 0, 0, 1, 1, 1, 1, 'e', 42},
+        {INT32_MAX, 10000, 0, 0, 0, 0, 0, 'a', wrap32::mul(INT32_MAX, 10000)},
+    };
+    // clang-format on
     for (const auto& c : cases) {
         char code = '-';
         LONG pieces = -1;
@@ -189,12 +168,13 @@ TEST(ConvertPieces, TruncatesAndGuards) {
 }
 
 TEST(ConvertPieces, FamiliesAndPrecision) {
-    const struct {
-        char from, to;
-        int canConvert, loss;
-    } cases[] = {{'a', 'e', 1, 0}, {'e', 'a', 1, 0}, {'e', 'z', 1, 0}, {'f', 'e', 1, 1},
-                 {'a', 'f', 0, 0}, {'f', 'a', 0, 1}, {'m', 'q', 1, 0}, {'q', 'm', 1, 1},
-                 {'m', 'M', 1, 0}, {'?', 'm', 0, 1}, {'m', '?', 0, 1}, {'d', 'B', 1, 0}};
+    // clang-format off
+    const struct { char from, to; int canConvert, loss; } cases[] = {
+        {'a', 'e', 1, 0}, {'e', 'a', 1, 0}, {'e', 'z', 1, 0}, {'f', 'e', 1, 1}, {'a', 'f', 0, 0},
+        {'f', 'a', 0, 1}, {'m', 'q', 1, 0}, {'q', 'm', 1, 1}, {'m', 'M', 1, 0}, {'?', 'm', 0, 1},
+        {'m', '?', 0, 1}, {'d', 'B', 1, 0},
+    };
+    // clang-format on
     for (const auto& c : cases) {
         EXPECT_EQ(Helper::Can_Convert_BaseCodes(c.from, c.to), c.canConvert) << c.from << c.to;
         EXPECT_EQ(Helper::IsBaseCodePrecisionLoss(c.from, c.to), c.loss) << c.from << c.to;
@@ -202,11 +182,12 @@ TEST(ConvertPieces, FamiliesAndPrecision) {
 }
 
 TEST(Numbers, DecimalsOfAScaleAndCommonFactors) {
-    const struct {
-        double scale;
-        int decimals;
-    } scales[] = {{0.01, 2},      {1, 0}, {0.125, 3}, {0.015625, 6}, {100, 2},
-                  {1.0 / 256, 8}, {0, 0}, {-0.5, 0},  {kNaN, 0},     {HUGE_VAL, 0}};
+    // clang-format off
+    const struct { double scale; int decimals; } scales[] = {
+        {0.01, 2}, {1, 0}, {0.125, 3}, {0.015625, 6}, {100, 2}, {1.0 / 256, 8}, {0, 0}, {-0.5, 0},
+        {kNaN, 0}, {HUGE_VAL, 0},
+    };
+    // clang-format on
     for (const auto& c : scales) {
         EXPECT_EQ(Helper::GetNumberOfDecimalsFromPriceScale(c.scale), c.decimals) << c.scale;
     }
