@@ -42,11 +42,6 @@ double ParseCLocale(const char* text) {
 
 }  // namespace
 
-std::int32_t AtoI(std::string_view text) {
-    bool negative = false;
-    return AtoI(text, negative);
-}
-
 std::int32_t AtoI(const char* text) {
     return text == nullptr ? 0 : AtoI(std::string_view(text));
 }

@@ -70,6 +70,11 @@ constexpr char ToLower(char c) {
 constexpr char Normalize(char c) {
     return IsLetter(c) ? ToLower(c) : 'm';
 }
+// The decimal family: e, i, m, n, o, p, w, z in lower case only (no folding).
+constexpr bool IsDecimal(char c) {
+    return c == 'e' || c == 'i' || c == 'm' || c == 'n' || c == 'o' || c == 'p' || c == 'w' ||
+           c == 'z';
+}
 // For lower-case codes only.
 constexpr bool IsFactor(char lower) {
     return lower >= 'a' && lower <= 'e';

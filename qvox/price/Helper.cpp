@@ -20,11 +20,11 @@ using basecode::ToLower;
 
 LONG Helper::round2long(double value) {
     if (std::isnan(value) || value <= -2147483648.0 || value >= 2147483647.0) return 0;
-    double whole = 0.0;
-    const double fraction = std::modf(value, &whole);
-    const auto result = static_cast<LONG>(whole);
-    if (std::fabs(fraction) < 0.5) return result;
-    return value > 0.0 ? result + 1 : result - 1;
+    // Inside the range the conversion cuts toward zero, and value - whole is exact.
+    const auto whole = static_cast<LONG>(value);
+    const double fraction = value - whole;
+    if (fraction < 0.5 && fraction > -0.5) return whole;
+    return value > 0.0 ? whole + 1 : whole - 1;
 }
 
 char* Helper::strncopy(char* destination, const char* source, unsigned int size) {
@@ -43,19 +43,7 @@ int Helper::IsValidBaseCode(char code) {
 }
 
 int Helper::IsBaseCodeDecimal(char code) {
-    switch (code) {
-        case 'e':
-        case 'i':
-        case 'm':
-        case 'n':
-        case 'o':
-        case 'p':
-        case 'w':
-        case 'z':
-            return 1;
-        default:
-            return 0;
-    }
+    return basecode::IsDecimal(code) ? 1 : 0;
 }
 
 double Helper::Pieces2Decimal(LONG pieces, char code) {
@@ -143,16 +131,6 @@ int Helper::Fraction2Basecode(LONG decimalFactor, LONG fractionLevels, LONG deno
         }
     }
     return 0;
-}
-
-LONG Helper::CombineParts(const BaseCodeScale& scale, LONG whole, LONG numerator1,
-                          LONG numerator2) {
-    LONG fraction = numerator1;
-    if (scale.FractionLevels == 2) {
-        fraction = wrap32::add(wrap32::mul(scale.SecondaryDenominator, numerator1), numerator2);
-    }
-    const LONG units = wrap32::mul(scale.PiecesPerUnit, whole);
-    return whole < 0 ? wrap32::sub(units, fraction) : wrap32::add(units, fraction);
 }
 
 int Helper::Value2Pieces(LONG whole, LONG decimalFactor, LONG fractionLevels, LONG numerator1,

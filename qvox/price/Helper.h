@@ -107,9 +107,17 @@ class Helper {
     static char* strncopy(char* destination, const char* source, unsigned int size);
 
   private:
-    // The pieces of whole and numerators under a fraction scale, sign from whole; wraps.
+    // The pieces of whole and numerators under a fraction scale, sign from whole; wraps. Inline:
+    // every piece text read ends here.
     static LONG CombineParts(const BaseCodeScale& scale, LONG whole, LONG numerator1,
-                             LONG numerator2);
+                             LONG numerator2) {
+        LONG fraction = numerator1;
+        if (scale.FractionLevels == 2) {
+            fraction = wrap32::add(wrap32::mul(scale.SecondaryDenominator, numerator1), numerator2);
+        }
+        const LONG units = wrap32::mul(scale.PiecesPerUnit, whole);
+        return whole < 0 ? wrap32::sub(units, fraction) : wrap32::add(units, fraction);
+    }
 };
 
 // Greatest common divisor of two positive numbers; a if b is 0 or equal to a, b if a is 0.

@@ -62,7 +62,7 @@ char* WritePadded(char* p, std::uint32_t value, LONG width) {
 
 // The point goes with the decimal family and with t, the only two-level code of tenths.
 char PieceSeparator(char lower) {
-    return Helper::IsBaseCodeDecimal(lower) || lower == 't' ? '.' : '^';
+    return basecode::IsDecimal(lower) || lower == 't' ? '.' : '^';
 }
 
 // One separator of the system's default locale, at most 3 characters; the conventional one if
@@ -130,27 +130,31 @@ char* Helper::Pieces2DecimalString(char code, LONG pieces, char* out, int plus) 
 LONG Helper::String2Pieces(char code, const char* text) {
     if (text == nullptr || *text == '\0') return 0;
     const char c = Normalize(code);
-    const std::string_view all(text, strnlen(text, kWorkArea));
-    if (IsFactor(c)) return wrap32::mul(AtoI(all), Factor(c));
+    bool negative = false;
+    std::size_t separator = 0;
+    const LONG whole = AtoI(text, kWorkArea, negative, separator);
+    if (IsFactor(c)) return wrap32::mul(whole, Factor(c));
 
     const BaseCodeScale& scale = Scale(c);
     // The whole part is the number before the first separator. The number can only end at a
     // character that is not part of it, so the search for the separator starts there.
-    bool negative = false;
-    std::size_t separator = 0;
-    const LONG whole = AtoI(all, negative, separator);
-    while (separator < all.size() && all[separator] != '.' && all[separator] != '^')
+    const auto isEnd = [text](std::size_t i) { return i >= kWorkArea || text[i] == '\0'; };
+    while (!isEnd(separator) && text[separator] != '.' && text[separator] != '^')
         ++separator;
     LONG numerator1 = 0;
     LONG numerator2 = 0;
-    if (separator < all.size()) {
-        const std::string_view fraction =
-            all.substr(separator + 1, static_cast<std::size_t>(scale.FractionDigits));
+    if (!isEnd(separator)) {
+        // The fraction is cut to FractionDigits characters, and to the work area.
+        const std::size_t first = separator + 1;
+        std::size_t end = first;
+        while (end < first + static_cast<std::size_t>(scale.FractionDigits) && !isEnd(end))
+            ++end;
+        const std::string_view fraction(text + first, end - first);
         const auto primary = static_cast<std::size_t>(scale.PrimaryDigits);
         if (scale.FractionLevels == 1) {
             numerator1 = AtoI(fraction);
             // Under a decimal code the digits are decimal places: ".5" is fifty hundredths.
-            if (IsBaseCodeDecimal(c)) {
+            if (basecode::IsDecimal(c)) {
                 for (std::size_t n = fraction.size(); n < primary; ++n) {
                     numerator1 = wrap32::mul(numerator1, 10);
                 }
@@ -196,7 +200,7 @@ CString Helper::Num2Frac(double value, char code, int reduce) {
         return std::isfinite(scaled) ? CString(WholeNumber(scaled)) : CString();
     }
     const BaseCodeScale& scale = Scale(c);
-    if (IsBaseCodeDecimal(c)) return CString(Fixed(value, scale.FractionDigits));
+    if (basecode::IsDecimal(c)) return CString(Fixed(value, scale.FractionDigits));
 
     // Fraction texts carry no sign; two-level codes use their primary denominator only.
     const double magnitude = std::fabs(value);
