@@ -3,6 +3,8 @@
 #include <mutex>
 #include <utility>
 
+#include "qvox/platform/SystemTimeService.h"
+
 namespace qvox {
 namespace {
 
@@ -10,6 +12,8 @@ std::mutex g_services_mutex;
 
 PlatformServices WithDefaults(PlatformServices services) {
     if (!services.locale) services.locale = std::make_shared<const FixedLocaleService>();
+    if (!services.minMove) services.minMove = std::make_shared<const PlainMinMoveService>();
+    if (!services.time) services.time = std::make_shared<const SystemTimeService>();
     return services;
 }
 
@@ -35,6 +39,16 @@ void SetPlatformServices(PlatformServices services) {
 std::shared_ptr<const ILocaleService> CurrentLocaleService() {
     std::lock_guard<std::mutex> lock(g_services_mutex);
     return Installed().locale;
+}
+
+std::shared_ptr<const IMinMoveService> CurrentMinMoveService() {
+    std::lock_guard<std::mutex> lock(g_services_mutex);
+    return Installed().minMove;
+}
+
+std::shared_ptr<const ITimeService> CurrentTimeService() {
+    std::lock_guard<std::mutex> lock(g_services_mutex);
+    return Installed().time;
 }
 
 ScopedPlatformServices::ScopedPlatformServices(PlatformServices services)

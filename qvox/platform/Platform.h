@@ -6,11 +6,16 @@
 #include <memory>
 
 #include "qvox/platform/Locale.h"
+#include "qvox/platform/MinMove.h"
+#include "qvox/platform/TimeService.h"
 
 namespace qvox {
 
 struct PlatformServices {
-    std::shared_ptr<const ILocaleService> locale;  // null means the built-in service
+    // A null entry means the built-in service.
+    std::shared_ptr<const ILocaleService> locale;    // "." and "," for every locale
+    std::shared_ptr<const IMinMoveService> minMove;  // no min move differs by price level
+    std::shared_ptr<const ITimeService> time;        // the machine's zone and clock
 };
 
 // The services in force. Never holds a null entry.
@@ -22,6 +27,10 @@ void SetPlatformServices(PlatformServices services);
 
 // The locale service in force.
 std::shared_ptr<const ILocaleService> CurrentLocaleService();
+// The min move service in force.
+std::shared_ptr<const IMinMoveService> CurrentMinMoveService();
+// The time service in force.
+std::shared_ptr<const ITimeService> CurrentTimeService();
 
 // Installs services for its lifetime and restores the previous ones when it ends.
 class ScopedPlatformServices {

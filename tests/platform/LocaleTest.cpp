@@ -86,7 +86,9 @@ TEST(LocaleInfo, ComesFromTheInstalledService) {
     indian.thousandSeparator = "\xA0\xA0\xA0\xA0";
     indian.grouping = 32;
     {
-        const ScopedPlatformServices scoped({std::make_shared<FixedLocaleService>(indian)});
+        PlatformServices services;
+        services.locale = std::make_shared<FixedLocaleService>(indian);
+        const ScopedPlatformServices scoped(services);
         EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_SDECIMAL, out, sizeof out), 2);
         EXPECT_STREQ(out, "\xB7");
         EXPECT_EQ(GetLocaleInfoA(LOCALE_SYSTEM_DEFAULT, LOCALE_STHOUSAND, nullptr, 0), 5);

@@ -165,7 +165,9 @@ class LocaleText : public ::testing::Test {
         NumberConventions conventions;
         conventions.decimalSeparator = decimal;
         conventions.thousandSeparator = thousand;
-        return {std::make_shared<FixedLocaleService>(conventions)};
+        PlatformServices services;
+        services.locale = std::make_shared<FixedLocaleService>(conventions);
+        return services;
     }
 };
 
