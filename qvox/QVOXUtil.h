@@ -1,6 +1,12 @@
 // Every public header of the library.
 #pragma once
 
+#include "qvox/order/COrderBarProperties.h"
+#include "qvox/order/QVOrderLeg.h"
+#include "qvox/order/ValidDataT.h"
+#include "qvox/order/ValidString.h"
+#include "qvox/platform/CArchive.h"
+#include "qvox/platform/CFile.h"
 #include "qvox/platform/COleDateTime.h"
 #include "qvox/platform/CRuntime.h"
 #include "qvox/platform/CString.h"
