@@ -1,6 +1,7 @@
 // Every public header of the library.
 #pragma once
 
+#include "qvox/interchange/CAutoPriceHelper.h"
 #include "qvox/order/COrderBarProperties.h"
 #include "qvox/order/QVOrderLeg.h"
 #include "qvox/order/ValidDataT.h"

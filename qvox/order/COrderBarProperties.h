@@ -26,6 +26,20 @@ namespace qvox {
 
 class COrderBarProperties;
 
+// Which auto price rule of a record is meant.
+enum eQVAPType : int {
+    APTypeLimit = 0,      // m_AutoPrice
+    APTypeStop = 1,       // m_StopAutoPrice
+    APTypeIfTouched = 2,  // m_LITAutoPrice
+    APTypeThird = 3,      // m_AutoPrice3
+    APTypeLimitAlso = 4,  // m_AutoPrice
+};
+
+// Bits of GetAdvancePropertyAsString's omitFlags.
+inline constexpr ULONG AdvStringOmitTail = 1;       // stop after the trailing stop item
+inline constexpr ULONG AdvStringOmitTrailing = 2;   // no trailing stop item
+inline constexpr ULONG AdvStringOmitAutoPrice = 4;  // plain if-touched price, then stop
+
 // A downward link that may own its record. Assigning moves ownership and leaves the source's
 // pointer readable: after d = s, d holds s's target and s's owns flag is off.
 class OrderLink {
@@ -182,6 +196,32 @@ class COrderBarProperties {
     // As RemoveOrder from the root; a bracket order goes with its partner of the pair.
     bool RemoveOrderWithRules(const COrderBarProperties* p);
 
+    // ---- The advanced options string (interchange/COrderBarPropertiesAdvanced.cpp) ----
+
+    // The advanced options of the record as the server reads them, items in their fixed
+    // order; the two times in GMT with bToGMT, else in local time.
+    CString GetAdvancePropertyAsString(bool bToGMT, ULONG omitFlags) const;
+    // The server word of an auto price with its offset in moves: "IMP2;" and the like, or with
+    // bDollars the price-unit form "IMPD0.020000;". "" for the kinds that are never sent.
+    CString GetAutoPriceStringForServer(EOXAutoPrice kind, double offset, bool bDollars) const;
+    // Fills the advanced fields from such a string; with bFromGMT its times are GMT. Never fails:
+    // what cannot be read reads as 0 or is skipped.
+    void SetAdvancePropertyFromString(const CString& text, bool bFromGMT);
+
+    // ---- Auto price (interchange/COrderBarPropertiesAutoPrice.cpp) ----
+
+    // The price the order would have now: its auto price rules applied to the market, the
+    // parent's effective price and its trailing stop, picked by the order type. Note the order
+    // of the arguments: bid, ask, last.
+    double GetEffectivePrice(double bid, double ask, double last) const;
+    // The OSO parent's effective price; without a parent m_EffectiveParentPrice (0.0 unset).
+    double GetEffectiveParentPrice(double bid, double ask, double last) const;
+    // Stores each child's view of this record's effective price, down the whole tree.
+    void SetEffectiveParentPrice(double bid, double ask, double last);
+    // Whether the chosen auto price rule takes an offset; false when the field is unset or
+    // empty, or for a value outside the five types.
+    bool IsAutopriceOffsetNeeded(eQVAPType type) const;
+
     // ---- Fields, in declared order ----
 
     ValidString m_OrderKey;
@@ -282,6 +322,9 @@ class COrderBarProperties {
 
   private:
     friend class OrderLink;
+
+    // The effective price given the parent's, with no walk up the tree.
+    double EffectivePriceWithParent(double bid, double ask, double last, double parent) const;
 
     // The fields marked "all", then the legs in use; then, for the group modes, the group fields.
     void MergeFields(const COrderBarProperties& source, bool withGroupFields);

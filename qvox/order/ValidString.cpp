@@ -2,6 +2,7 @@
 
 #include <cwchar>
 #include <string_view>
+#include <utility>
 
 #include "qvox/platform/CodePage.h"
 
@@ -30,6 +31,18 @@ ValidString::ValidString(const wchar_t* text, int length)
 
 const CString& ValidString::operator=(const CString& text) {
     m_text = text;
+    m_valid = true;
+    return m_text;
+}
+
+const CString& ValidString::operator=(CString&& text) {
+    m_text = std::move(text);
+    m_valid = true;
+    return m_text;
+}
+
+const CString& ValidString::operator=(std::string_view text) {
+    m_text = CString(text);
     m_valid = true;
     return m_text;
 }

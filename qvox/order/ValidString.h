@@ -4,6 +4,8 @@
 // the mark changes nothing.
 #pragma once
 
+#include <string_view>
+
 #include "qvox/platform/CArchive.h"
 #include "qvox/platform/CString.h"
 
@@ -29,6 +31,8 @@ class ValidString {
 
     // The text replaced, with the mark.
     const CString& operator=(const CString& text);
+    const CString& operator=(CString&& text);
+    const CString& operator=(std::string_view text);
     const CString& operator=(const char* text);
     const CString& operator=(wchar_t* text);
     const CString& operator=(const wchar_t* text);

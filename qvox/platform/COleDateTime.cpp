@@ -196,6 +196,20 @@ int COleDateTime::GetDayOfYear() const {
     return day;
 }
 
+bool COleDateTime::GetAsSystemTime(SYSTEMTIME& fields) const {
+    if (m_status != valid) return false;
+    const Fields f = Split(m_dt);
+    fields.wYear = static_cast<WORD>(f.date.year);
+    fields.wMonth = static_cast<WORD>(f.date.month);
+    fields.wDay = static_cast<WORD>(f.date.day);
+    fields.wDayOfWeek = static_cast<WORD>(DayOfWeek(f.date.year, f.date.month, f.date.day));
+    fields.wHour = static_cast<WORD>(f.hour);
+    fields.wMinute = static_cast<WORD>(f.minute);
+    fields.wSecond = static_cast<WORD>(f.second);
+    fields.wMilliseconds = 0;
+    return true;
+}
+
 COleDateTime COleDateTime::operator+(const COleDateTimeSpan& span) const {
     COleDateTime result;
     if (m_status != valid || span.m_status != COleDateTimeSpan::valid) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "qvox/platform/CString.h"
+#include "qvox/platform/TimeService.h"
 #include "qvox/platform/WinTypes.h"
 
 namespace qvox {
@@ -73,6 +74,10 @@ class COleDateTime {
     int GetSecond() const;
     int GetDayOfWeek() const;
     int GetDayOfYear() const;
+
+    // All calendar fields at once (wDayOfWeek 0 for Sunday); false, writing nothing, when the
+    // date is not valid.
+    bool GetAsSystemTime(SYSTEMTIME& fields) const;
 
     // Moves along the time line; an invalid date or span gives an invalid result, and so does a
     // result outside the valid years.

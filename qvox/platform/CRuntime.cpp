@@ -51,6 +51,16 @@ double AtoF(const char* text) {
 }
 
 double AtoF(std::string_view text) {
+    // The common case, a plain decimal number, is read directly; from_chars rounds exactly as
+    // strtod does. Anything else (white space, '+', hexadecimal, inf, out of range) takes the
+    // full reader.
+    const std::size_t digit = !text.empty() && text[0] == '-' ? 1 : 0;
+    if (digit < text.size() && ((text[digit] >= '0' && text[digit] <= '9') || text[digit] == '.') &&
+        !(text[digit] == '0' && digit + 1 < text.size() && (text[digit + 1] | 0x20) == 'x')) {
+        double value = 0.0;
+        const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (result.ec == std::errc()) return value;
+    }
     // strtod needs a terminated text; a short copy keeps the read inside the view.
     char small[64];
     if (text.size() < sizeof small) {

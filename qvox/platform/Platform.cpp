@@ -1,5 +1,7 @@
 #include "qvox/platform/Platform.h"
 
+#include <atomic>
+#include <cstdint>
 #include <mutex>
 #include <utility>
 
@@ -9,6 +11,9 @@ namespace qvox {
 namespace {
 
 std::mutex g_services_mutex;
+// Bumped by every installation, so that a thread can tell whether its snapshot is current
+// without taking the lock: the services are asked on hot paths (every time of an order string).
+std::atomic<std::uint64_t> g_generation{1};
 
 PlatformServices WithDefaults(PlatformServices services) {
     if (!services.locale) services.locale = std::make_shared<const FixedLocaleService>();
@@ -34,21 +39,39 @@ void SetPlatformServices(PlatformServices services) {
     std::lock_guard<std::mutex> lock(g_services_mutex);
     // The old services are released outside the lock, when `services` goes out of scope.
     std::swap(Installed(), services);
+    g_generation.fetch_add(1, std::memory_order_release);
 }
 
+namespace {
+
+// This thread's copy of the services in force. It keeps the services it holds alive until the
+// thread next asks after a change, or ends.
+const PlatformServices& Snapshot() {
+    struct Cached {
+        std::uint64_t generation = 0;
+        PlatformServices services;
+    };
+    thread_local Cached cached;
+    if (cached.generation != g_generation.load(std::memory_order_acquire)) {
+        std::lock_guard<std::mutex> lock(g_services_mutex);
+        cached.services = Installed();
+        cached.generation = g_generation.load(std::memory_order_relaxed);
+    }
+    return cached.services;
+}
+
+}  // namespace
+
 std::shared_ptr<const ILocaleService> CurrentLocaleService() {
-    std::lock_guard<std::mutex> lock(g_services_mutex);
-    return Installed().locale;
+    return Snapshot().locale;
 }
 
 std::shared_ptr<const IMinMoveService> CurrentMinMoveService() {
-    std::lock_guard<std::mutex> lock(g_services_mutex);
-    return Installed().minMove;
+    return Snapshot().minMove;
 }
 
 std::shared_ptr<const ITimeService> CurrentTimeService() {
-    std::lock_guard<std::mutex> lock(g_services_mutex);
-    return Installed().time;
+    return Snapshot().time;
 }
 
 ScopedPlatformServices::ScopedPlatformServices(PlatformServices services)

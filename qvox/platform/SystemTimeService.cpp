@@ -192,8 +192,15 @@ void SystemTimeService::GetLocalTime(SYSTEMTIME* now) const {
     using namespace std::chrono;
     const auto clock = system_clock::now();
     const std::time_t seconds = system_clock::to_time_t(clock);
-    std::tm local{};
-    localtime_r(&seconds, &local);
+    // The calendar fields change once a second; each thread keeps the last ones it worked out.
+    // (localtime_r itself reads the zone once per process, until tzset is called.)
+    thread_local std::time_t cachedSeconds = -1;
+    thread_local std::tm cachedLocal{};
+    if (seconds != cachedSeconds) {
+        localtime_r(&seconds, &cachedLocal);
+        cachedSeconds = seconds;
+    }
+    const std::tm& local = cachedLocal;
     const auto millis = duration_cast<milliseconds>(clock.time_since_epoch()).count() % 1000;
     now->wYear = Word(local.tm_year + 1900);
     now->wMonth = Word(local.tm_mon + 1);

@@ -37,6 +37,10 @@ class COXStringForDisplay {
     static const char* AutoPriceIncrement(int setting, ULONG category);
     // Setting 2 to 8 give "1/4" to "1/256"; every other setting "1/2".
     static const char* AutoPriceIncrementFraction(int setting, ULONG category);
+    // The words an order list shows for an advanced options string ("All or None, Show Only:
+    // 100"): read as GMT, then the options that have words, in a fixed order. "" for "".
+    // Defined with the string's reader, in interchange/.
+    static CString AdvancedOrderString(const CString& advanced);
     // "a b - c #d" when c is a non-empty text, else "a b". A null text prints as "".
     static CString FormatOrderStatusBarMessage(const char* a, const char* b, const char* c,
                                                const char* d);

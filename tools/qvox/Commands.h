@@ -19,4 +19,8 @@ using Action = std::function<int(std::ostream& out, std::ostream& err)>;
 // "qvox price": piece text, decimal text and fraction text of a price, or the pieces of a text.
 void AddPriceCommand(CLI::App& app, Action& action);
 
+// "qvox adv": the fields an advanced options string sets, its display words, the string written
+// back.
+void AddAdvCommand(CLI::App& app, Action& action);
+
 }  // namespace qvox::tool

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
         "cannot be carried out.");
     qvox::tool::Action action;
     qvox::tool::AddPriceCommand(app, action);
+    qvox::tool::AddAdvCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
