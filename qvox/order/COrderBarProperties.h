@@ -10,7 +10,8 @@
 // destroyed with a constant stack.
 //
 // The members are defined by concern: the record in COrderBarProperties.cpp, the groups in
-// COrderBarPropertiesGroups.cpp.
+// COrderBarPropertiesGroups.cpp, brackets, defaults and rules in their own files beside them,
+// and the advanced options string and auto prices in interchange/.
 #pragma once
 
 #include <vector>
@@ -74,6 +75,13 @@ class OrderLink {
 
 class COrderBarProperties {
   public:
+    // Where an order of a bracket stands: with the limit and market orders of its side, or
+    // with the stop orders.
+    enum BracketSide : int {
+        BracketSideLower = 0,
+        BracketSideUpper = 1,
+    };
+
     enum ECopyMode : int {
         eCopyFromRoot = 1,        // mode 4 from the source's root onto the target's root
         eCopyOrderOnly = 2,       // the fields marked "all" and the legs; no group field, no link
@@ -195,6 +203,90 @@ class COrderBarProperties {
     bool RemoveOrder(const COrderBarProperties* p);
     // As RemoveOrder from the root; a bracket order goes with its partner of the pair.
     bool RemoveOrderWithRules(const COrderBarProperties* p);
+
+    // ---- Brackets (COrderBarPropertiesBrackets.cpp) ----
+
+    // m_Bracket; an unset flag is false.
+    bool IsBracket() const { return m_Bracket.IsSetAndTrue(); }
+    // m_Bracket on this order alone, with the mark.
+    void SetBracketFlag(bool bracket) { m_Bracket = bracket; }
+    // m_Bracket, with the mark, on every order of this order's chain.
+    void UpdateGroupBracketFlag(bool bracket);
+    // Whether this order belongs to the first pair of a bracket chain.
+    bool IsBrkFirst() const;
+    // The number of pairs of a bracket chain.
+    int GetNumberOfBracket() const { return GetNumberOfOCO() / 2; }
+    // A buy ('B' or 'C') limit or market order, and a sell stop order, are lower; the rest upper.
+    BracketSide CheckBracketSide() const;
+    // Whether this order's chain, whatever its flag, holds more than one order of one account,
+    // symbol, side and open/close, with a limit or market order and a stop order among them.
+    bool IsOCOBracket() const;
+    // Carries one changed property (11 side, 15 quantity, 23 symbol, 30 account, 33 symbol
+    // category) to the partner of this order's pair, or to the whole chain; other identifiers
+    // do nothing.
+    void UpdateBracketProperty(ULONG propertyID, bool bPartnerOnly);
+    // Rewrites every bracket chain from this order down into pairs of equal quantities,
+    // splitting orders where needed. False, with the chain left as it was, when the orders of a
+    // bracket differ in order key, account, symbol or side, or when all of them stand on one
+    // side, so that no pair can form. The head of a chain stays its head: a head that stands with
+    // the stop orders is the partner of the first order of the other side. The new halves of a
+    // split belong to their links; in a child chain they take the chain's parent like every order
+    // of it. Orders that find no partner leave the chain, and are deleted if their link owned
+    // them.
+    bool VerifyAndAdjustBracket();
+
+    // ---- Defaults (COrderBarPropertiesDefaults.cpp) ----
+
+    // The factory values of the symbol category (0 futures, 2 equities, 3 and 8 options, 12
+    // forex; others do nothing), then the user's saved ones. Without bOverwrite only fields
+    // without the mark are filled, and the saved values cannot reach a field.
+    void LoadDefaults(ULONG category, bool bOverwrite);
+    void LoadEquitiesDefaults(bool bOverwrite);
+    void LoadOptionsDefaults(bool bOverwrite);
+    void LoadFuturesDefaults(bool bOverwrite);
+    void LoadForexDefaults(bool bOverwrite);
+    // The advanced switches off (0, with the mark): 0 and 12 the futures form, 2, 3 and 8 the
+    // equities form, which leaves m_Peg alone.
+    void LoadAdvanceDefaults(ULONG category, bool bOverwrite);
+    void LoadEquitiesAdvancedSettingsDefaults(bool bOverwrite);
+    void LoadOptionsAdvancedSettingsDefaults(bool bOverwrite);
+    void LoadFuturesAdvancedSettingsDefaults(bool bOverwrite);
+    void LoadForexAdvancedSettingsDefaults(bool bOverwrite);
+    // Writes duration, route, type, quantity and quantity type to the key keyPath below
+    // HKEY_CURRENT_USER, creating it; marks are not looked at. Nothing is reported.
+    void SaveDefaults(const char* keyPath) const;
+
+    // ---- Rules (COrderBarPropertiesRules.cpp) ----
+
+    // Whether every chain from this order down has one account; on failure the message goes to
+    // error.
+    bool IsValidRelation(CString& error) const;
+    // Whether every order from this order down has a side.
+    bool IsValidAction() const;
+    // Whether p may be deleted: not the top of its graph, nor the second order of a bracket at
+    // the top. Looks at p's graph alone; null gives false.
+    bool CanDelete(const COrderBarProperties* p) const;
+    // Whether something other than the market decides when the order goes out: a condition, an
+    // activation time, an OSO parent with a tag, an if-touched auto price.
+    bool CanSendAutoPrice() const;
+    // Moves the order to another symbol category, restating side and open/close in its terms.
+    // A record whose category has no mark is only given the new one.
+    void UpdateOrderPropertyAccordingToCategory(LONG newCategory);
+    // The advanced options off by their marks, or off by their values.
+    void InvalidateAdvanceOption();
+    void RestAllAdvanceOption();
+    // The auto price fields as display words, with the mark; AutoPriceNone empties the text.
+    void SetAutoPrice(EOXAutoPrice autoPrice);
+    void SetStopAutoPrice(EOXAutoPrice autoPrice);
+    void SetLITAutoPrice(EOXAutoPrice autoPrice);
+    EOXAutoPrice GetAutoPrice() const;
+    // The increment word of the category, with the mark; 0 empties the text and keeps the mark.
+    void SetAutoPriceIncrement(int increment, ULONG category);
+    int GetAutoPriceIncrement() const;
+    void SetStagedOrderLifeSpan(StageOrderLifeSpan lifeSpan) { m_StagedLifeSpan = lifeSpan; }
+    StageOrderLifeSpan GetStagedOrderLifeSpan() const {
+        return static_cast<StageOrderLifeSpan>(m_StagedLifeSpan.value);
+    }
 
     // ---- The advanced options string (interchange/COrderBarPropertiesAdvanced.cpp) ----
 
@@ -336,6 +428,8 @@ class COrderBarProperties {
     static void SetChainParent(COrderBarProperties* first, COrderBarProperties* parent);
     // Removes the list link to child from this order's children; deletes child if it owned it.
     bool RemoveChildLink(const COrderBarProperties* child);
+    // The bracket rewrite of the chain this order heads; false when it is left as it was.
+    bool AdjustBracketChain();
     // Whether p already belongs to this order's graph, from the roots of both.
     bool GraphHolds(const COrderBarProperties* p) const;
 

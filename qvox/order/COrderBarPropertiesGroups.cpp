@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "qvox/order/COrderBarProperties.h"
+#include "qvox/order/OrderWalk.h"
 
 namespace qvox {
 
@@ -112,26 +113,7 @@ int C::GetNumberOfOCO() const {
     return count;
 }
 
-namespace {
-
-// Calls visit on start and on everything behind and below it, depth first; stops when visit
-// returns true and reports whether it did.
-template <class Record, class Visit>
-bool Walk(Record* start, Visit&& visit) {
-    std::vector<Record*> pending{start};
-    while (!pending.empty()) {
-        Record* order = pending.back();
-        pending.pop_back();
-        if (visit(order)) return true;
-        for (auto child = order->GetOSOChildCount(); child > 0; --child) {
-            pending.push_back(order->GetOSOChild(child - 1));
-        }
-        if (order->GetOCANext() != nullptr) pending.push_back(order->GetOCANext());
-    }
-    return false;
-}
-
-}  // namespace
+using detail::Walk;
 
 bool C::OrderContainsOrder(const C* p, bool bFromHere) const {
     if (p == nullptr) return false;

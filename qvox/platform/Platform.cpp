@@ -19,6 +19,14 @@ PlatformServices WithDefaults(PlatformServices services) {
     if (!services.locale) services.locale = std::make_shared<const FixedLocaleService>();
     if (!services.minMove) services.minMove = std::make_shared<const PlainMinMoveService>();
     if (!services.time) services.time = std::make_shared<const SystemTimeService>();
+    if (!services.directories) {
+        services.directories = std::make_shared<const DefaultPlatformDirectories>();
+    }
+    if (!services.settings) {
+        // Opened on first use: a program that never reads a setting never touches the file.
+        services.settings = std::make_shared<SqliteRegistryStore>(
+            std::filesystem::path(services.directories->RootDirectory()) / "settings.db");
+    }
     return services;
 }
 
@@ -72,6 +80,14 @@ std::shared_ptr<const IMinMoveService> CurrentMinMoveService() {
 
 std::shared_ptr<const ITimeService> CurrentTimeService() {
     return Snapshot().time;
+}
+
+std::shared_ptr<const IPlatformDirectories> CurrentPlatformDirectories() {
+    return Snapshot().directories;
+}
+
+std::shared_ptr<IRegistryStore> CurrentSettingsStore() {
+    return Snapshot().settings;
 }
 
 ScopedPlatformServices::ScopedPlatformServices(PlatformServices services)

@@ -7,6 +7,8 @@
 
 #include "qvox/platform/Locale.h"
 #include "qvox/platform/MinMove.h"
+#include "qvox/platform/PlatformDirectories.h"
+#include "qvox/platform/RegistryStore.h"
 #include "qvox/platform/TimeService.h"
 
 namespace qvox {
@@ -16,6 +18,10 @@ struct PlatformServices {
     std::shared_ptr<const ILocaleService> locale;    // "." and "," for every locale
     std::shared_ptr<const IMinMoveService> minMove;  // no min move differs by price level
     std::shared_ptr<const ITimeService> time;        // the machine's zone and clock
+    // $QVOX_ROOT or a per-user data directory; settings below "Software\QVOX"
+    std::shared_ptr<const IPlatformDirectories> directories;
+    // an SQLite file "settings.db" in the root directory of `directories`
+    std::shared_ptr<IRegistryStore> settings;
 };
 
 // The services in force. Never holds a null entry.
@@ -31,6 +37,10 @@ std::shared_ptr<const ILocaleService> CurrentLocaleService();
 std::shared_ptr<const IMinMoveService> CurrentMinMoveService();
 // The time service in force.
 std::shared_ptr<const ITimeService> CurrentTimeService();
+// The directories in force.
+std::shared_ptr<const IPlatformDirectories> CurrentPlatformDirectories();
+// The settings store in force.
+std::shared_ptr<IRegistryStore> CurrentSettingsStore();
 
 // Installs services for its lifetime and restores the previous ones when it ends.
 class ScopedPlatformServices {
