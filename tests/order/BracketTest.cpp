@@ -1,0 +1,268 @@
+// Brackets: the side of an order, the pair tests, carrying a property to a partner, and the
+// rewrite of a chain into equal pairs, checked on fixed cases and on random chains.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "qvox/order/COrderBarProperties.h"
+
+namespace qvox {
+namespace {
+
+using C = COrderBarProperties;
+
+struct Spec {
+    char side;
+    const char* type;
+    LONG quantity;
+};
+
+void Fill(C& order, const Spec& spec) {
+    order.m_Account = "ACC";
+    order.m_Symbol = "IBM";
+    order.m_Side = static_cast<SHORT>(spec.side);
+    order.m_OrderType = spec.type;
+    order.m_Quantity = spec.quantity;
+    order.m_Bracket = true;
+}
+
+// head gets specs[0]; the others are added behind it, owned by their links.
+void Build(C& head, const std::vector<Spec>& specs) {
+    Fill(head, specs[0]);
+    for (std::size_t i = 1; i < specs.size(); ++i) {
+        auto* order = new C;
+        Fill(*order, specs[i]);
+        ASSERT_NE(head.AddOrderToOCAGroup(order, true), nullptr);
+    }
+}
+
+// The chain as "type quantity" words, with the links checked both ways.
+std::vector<std::string> Words(const C& head) {
+    std::vector<std::string> words;
+    const C* previous = nullptr;
+    for (const C* o = &head; o != nullptr; o = o->GetOCANext()) {
+        EXPECT_EQ(o->GetOCAPrevious(), previous);
+        words.push_back(std::string(o->m_OrderType.GetText()) + " " +
+                        std::to_string(o->m_Quantity.value));
+        previous = o;
+    }
+    return words;
+}
+
+TEST(Bracket, SideOfAnOrder) {
+    struct Row {
+        char side;
+        const char* type;
+        C::BracketSide expected;
+    } rows[] = {
+        {'B', "Limit", C::BracketSideLower},       {'C', "Market", C::BracketSideLower},
+        {'B', "Stop Limit", C::BracketSideUpper},  {'C', "", C::BracketSideUpper},
+        {'S', "Limit", C::BracketSideUpper},       {'T', "Limit", C::BracketSideUpper},
+        {'S', "Stop Market", C::BracketSideLower}, {' ', "", C::BracketSideLower},
+    };
+    for (const Row& row : rows) {
+        C order;
+        order.m_Side = static_cast<SHORT>(row.side);
+        order.m_OrderType = row.type;
+        EXPECT_EQ(order.CheckBracketSide(), row.expected) << row.side << " " << row.type;
+    }
+}
+
+TEST(Bracket, WorkedExampleSplitsTheStop) {
+    C x;
+    Build(x, {{'S', "Stop Market", 100}, {'S', "Limit", 60}, {'S', "Limit", 40}});
+    ASSERT_TRUE(x.VerifyAndAdjustBracket());
+    EXPECT_EQ(Words(x), (std::vector<std::string>{"Stop Market 60", "Limit 60", "Stop Market 40",
+                                                  "Limit 40"}));
+    EXPECT_EQ(x.GetNumberOfBracket(), 2);
+    // Running it again changes nothing.
+    ASSERT_TRUE(x.VerifyAndAdjustBracket());
+    EXPECT_EQ(Words(x).size(), 4u);
+}
+
+TEST(Bracket, RewriteCases) {
+    struct Row {
+        const char* name;
+        std::vector<Spec> chain;
+        bool result;
+        std::vector<std::string> after;
+    } rows[] = {
+        {"equal pair, head lower",
+         {{'B', "Limit", 5}, {'B', "Stop Market", 5}},
+         true,
+         {"Limit 5", "Stop Market 5"}},
+        {"equal pair, head upper",
+         {{'B', "Stop Market", 5}, {'B', "Limit", 5}},
+         true,
+         {"Stop Market 5", "Limit 5"}},
+        {"last pair stays unequal",
+         {{'B', "Limit", 10}, {'B', "Stop Market", 7}},
+         true,
+         {"Limit 10", "Stop Market 7"}},
+        {"third order has no partner",
+         {{'B', "Limit", 5}, {'B', "Stop Market", 5}, {'B', "Limit", 5}},
+         true,
+         {"Limit 5", "Stop Market 5"}},
+        {"negative quantity splits to positive",
+         {{'B', "Limit", -9}, {'B', "Stop Market", 4}, {'B', "Stop Market", 5}},
+         true,
+         {"Limit 5", "Stop Market 5", "Limit 4", "Stop Market 4"}},
+        {"head upper whose nearest partner is not first",
+         {{'B', "Stop Market", 3}, {'B', "Stop Market", 7}, {'B', "Limit", 7}},
+         true,
+         {"Stop Market 3", "Limit 3", "Stop Market 7", "Limit 4"}},
+        {"all on one side",
+         {{'B', "Limit", 5}, {'B', "Market", 3}},
+         false,
+         {"Limit 5", "Market 3"}},
+    };
+    for (const Row& row : rows) {
+        C x;
+        Build(x, row.chain);
+        EXPECT_EQ(x.VerifyAndAdjustBracket(), row.result) << row.name;
+        EXPECT_EQ(Words(x), row.after) << row.name;
+    }
+}
+
+TEST(Bracket, MismatchOrNoFlagLeavesTheChain) {
+    C x;
+    Build(x, {{'B', "Limit", 10}, {'B', "Stop Market", 4}, {'B', "Stop Market", 6}});
+    x.GetOCALast()->m_Account = "OTHER";
+    EXPECT_FALSE(x.VerifyAndAdjustBracket());
+    EXPECT_EQ(Words(x).size(), 3u);
+
+    x.GetOCALast()->m_Account = "ACC";
+    x.UpdateGroupBracketFlag(false);
+    EXPECT_TRUE(x.VerifyAndAdjustBracket());
+    EXPECT_EQ(Words(x), (std::vector<std::string>{"Limit 10", "Stop Market 4", "Stop Market 6"}));
+}
+
+TEST(Bracket, ChildBracketsAreReachedFromTheRootAndSplitsKeepTheParent) {
+    C root;
+    root.m_Symbol = "ROOT";
+    auto* head = new C;
+    Build(*head, {{'S', "Stop Market", 100}, {'S', "Limit", 60}, {'S', "Limit", 40}});
+    ASSERT_NE(root.AddOSOChildOrder(head, true), nullptr);
+    ASSERT_TRUE(root.VerifyAndAdjustBracket());
+    ASSERT_EQ(root.GetOSOChild(0), head);
+    EXPECT_EQ(Words(*head).size(), 4u);
+    for (const C* o = head; o != nullptr; o = o->GetOCANext())
+        EXPECT_EQ(o->GetOSOParent(), &root);
+}
+
+TEST(Bracket, PairQueries) {
+    C x;
+    Build(x, {{'B', "Limit", 1},
+              {'B', "Stop Limit", 1},
+              {'B', "Limit", 1},
+              {'B', "Stop Limit", 1},
+              {'B', "Limit", 1}});
+    std::vector<C*> chain;
+    for (C* o = &x; o != nullptr; o = o->GetOCANext())
+        chain.push_back(o);
+    EXPECT_EQ(x.GetNumberOfBracket(), 2);
+    EXPECT_TRUE(chain[0]->IsBrkFirst());
+    EXPECT_TRUE(chain[1]->IsBrkFirst());
+    EXPECT_FALSE(chain[2]->IsBrkFirst());
+    EXPECT_TRUE(chain[3]->IsOCOBracket());
+
+    // Quantity to the partner: 1 -> 0 and 2 -> 3; the last order has none.
+    chain[1]->m_Quantity = 40;
+    chain[1]->UpdateBracketProperty(15, true);
+    chain[2]->m_Quantity = 70;
+    chain[2]->UpdateBracketProperty(15, true);
+    chain[4]->m_Quantity = 90;
+    chain[4]->UpdateBracketProperty(15, true);
+    EXPECT_EQ(chain[0]->m_Quantity.value, 40);
+    EXPECT_EQ(chain[3]->m_Quantity.value, 70);
+    EXPECT_EQ(chain[2]->m_Quantity.value, 70);
+
+    // An account to every order, whose keys lose their marks, this order's too.
+    for (C* o : chain)
+        o->m_OrderKey = "K";
+    chain[2]->m_Account = "NEW";
+    chain[2]->UpdateBracketProperty(30, false);
+    for (C* o : chain) {
+        EXPECT_EQ(o->m_Account.GetText(), "NEW");
+        EXPECT_FALSE(o->m_OrderKey.IsValid());
+    }
+
+    // A chain of two limits is no bracket, nor is an order alone.
+    C two;
+    Build(two, {{'B', "Limit", 1}, {'B', "Limit", 1}});
+    EXPECT_FALSE(two.IsOCOBracket());
+    C alone;
+    EXPECT_FALSE(alone.IsOCOBracket());
+}
+
+// Random chains: after the rewrite the head is the head, the links agree, pairs alternate
+// sides, every pair but the last is equal, every record is linked once or released, and equal
+// side totals come out whole.
+TEST(Bracket, RandomChainsKeepTheirInvariants) {
+    std::mt19937 random(20261123);
+    const char* types[] = {"Limit", "Market", "Stop Limit", "Stop Market"};
+    for (int round = 0; round < 400; ++round) {
+        const int length = 2 + static_cast<int>(random() % 7);
+        // Records no link owns stay with the test, and outlive x.
+        std::vector<std::unique_ptr<C>> unowned;
+        C x;
+        std::vector<C*> originals{&x};
+        Fill(x, {'S', types[random() % 4], static_cast<LONG>(1 + random() % 9)});
+        for (int i = 1; i < length; ++i) {
+            auto order = std::make_unique<C>();
+            Fill(*order, {'S', types[random() % 4], static_cast<LONG>(1 + random() % 9)});
+            const bool owned = random() % 2 == 0;
+            originals.push_back(order.get());
+            x.AddOrderToOCAGroup(owned ? order.release() : order.get(), owned);
+            if (!owned) unowned.push_back(std::move(order));
+        }
+        LONG totals[2] = {0, 0};
+        for (const C* o : originals)
+            totals[o->CheckBracketSide()] += o->m_Quantity.value;
+        const C::BracketSide headSide = x.CheckBracketSide();
+        const bool oneSide = totals[0] == 0 || totals[1] == 0;
+
+        EXPECT_EQ(x.VerifyAndAdjustBracket(), !oneSide);
+        ASSERT_EQ(x.GetOCAPrevious(), nullptr);
+        if (oneSide) continue;
+
+        std::set<const C*> seen;
+        std::vector<const C*> chain;
+        for (const C* o = &x; o != nullptr; o = o->GetOCANext()) {
+            ASSERT_TRUE(seen.insert(o).second);
+            if (o->GetOCANext() != nullptr) {
+                ASSERT_EQ(o->GetOCANext()->GetOCAPrevious(), o);
+            }
+            chain.push_back(o);
+        }
+        ASSERT_EQ(chain.size() % 2, 0u);
+        LONG after[2] = {0, 0};
+        for (std::size_t i = 0; i < chain.size(); i += 2) {
+            EXPECT_EQ(chain[i]->CheckBracketSide(), headSide);
+            EXPECT_NE(chain[i + 1]->CheckBracketSide(), headSide);
+            if (i + 2 < chain.size()) {
+                EXPECT_EQ(chain[i]->m_Quantity.value, chain[i + 1]->m_Quantity.value);
+            }
+            after[chain[i]->CheckBracketSide()] += chain[i]->m_Quantity.value;
+            after[chain[i + 1]->CheckBracketSide()] += chain[i + 1]->m_Quantity.value;
+        }
+        for (const auto& order : unowned) {
+            if (seen.count(order.get()) == 0) {
+                EXPECT_EQ(order->GetOCAPrevious(), nullptr);
+                EXPECT_EQ(order->GetOCANext(), nullptr);
+            }
+        }
+        if (totals[0] == totals[1]) {
+            EXPECT_EQ(after[0], totals[0]);
+            EXPECT_EQ(after[1], totals[1]);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qvox
