@@ -16,27 +16,27 @@ namespace {
 
 using C = COrderBarProperties;
 
-struct Spec {
+struct Shape {
     char side;
     const char* type;
     LONG quantity;
 };
 
-void Fill(C& order, const Spec& spec) {
+void Fill(C& order, const Shape& shape) {
     order.m_Account = "ACC";
     order.m_Symbol = "IBM";
-    order.m_Side = static_cast<SHORT>(spec.side);
-    order.m_OrderType = spec.type;
-    order.m_Quantity = spec.quantity;
+    order.m_Side = static_cast<SHORT>(shape.side);
+    order.m_OrderType = shape.type;
+    order.m_Quantity = shape.quantity;
     order.m_Bracket = true;
 }
 
-// head gets specs[0]; the others are added behind it, owned by their links.
-void Build(C& head, const std::vector<Spec>& specs) {
-    Fill(head, specs[0]);
-    for (std::size_t i = 1; i < specs.size(); ++i) {
+// head gets shapes[0]; the others are added behind it, owned by their links.
+void Build(C& head, const std::vector<Shape>& shapes) {
+    Fill(head, shapes[0]);
+    for (std::size_t i = 1; i < shapes.size(); ++i) {
         auto* order = new C;
-        Fill(*order, specs[i]);
+        Fill(*order, shapes[i]);
         ASSERT_NE(head.AddOrderToOCAGroup(order, true), nullptr);
     }
 }
@@ -88,7 +88,7 @@ TEST(Bracket, WorkedExampleSplitsTheStop) {
 TEST(Bracket, RewriteCases) {
     struct Row {
         const char* name;
-        std::vector<Spec> chain;
+        std::vector<Shape> chain;
         bool result;
         std::vector<std::string> after;
     } rows[] = {
