@@ -9,6 +9,7 @@
 // backslash or holds an empty name is refused (a trailing backslash is ignored).
 #pragma once
 
+#include "qvox/platform/WinError.h"
 #include "qvox/platform/WinTypes.h"
 
 namespace qvox {
