@@ -143,6 +143,27 @@ TEST_F(RegistryFile, AForeignFileIsLeftAsItWas) {
     EXPECT_FALSE(fs::exists(dir_ / "settings.db-wal"));
 }
 
+TEST_F(RegistryFile, ADamagedFileFailsWithoutHarm) {
+    const fs::path file = dir_ / "settings.db";
+    {
+        SqliteRegistryStore store(file);
+        bool created = false;
+        ASSERT_EQ(store.CreateKey("K", created), ERROR_SUCCESS);
+        const BYTE byte = 1;
+        ASSERT_EQ(store.SetValue("K", "V", REG_BINARY, &byte, 1), ERROR_SUCCESS);
+    }
+    // Scribble over every page but the header.
+    const auto size = fs::file_size(file);
+    {
+        std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
+        bytes.seekp(100);
+        bytes << std::string(size - 100, '\xFF');
+    }
+    SqliteRegistryStore store(file);
+    RegistryValue value;
+    EXPECT_NE(store.QueryValue("K", "V", value), ERROR_SUCCESS);
+}
+
 TEST_F(RegistryFile, ALockedFileFailsInTimeAndRecovers) {
     const fs::path file = dir_ / "settings.db";
     SqliteRegistryStore store(file, 50);
