@@ -34,16 +34,6 @@ C::BracketSide C::CheckBracketSide() const {
     return buy == limitOrMarket ? BracketSideLower : BracketSideUpper;
 }
 
-namespace {
-
-// Two numbers agree when neither has the mark or both have it with one value.
-template <class T>
-bool Agree(const ValidDataT<T>& a, const ValidDataT<T>& b) {
-    return a.valid == b.valid && (!a.valid || a.value == b.value);
-}
-
-}  // namespace
-
 bool C::IsOCOBracket() const {
     const C* first = GetOCAFirst();
     if (first->m_OCANext.Get() == nullptr) return false;
@@ -52,8 +42,7 @@ bool C::IsOCOBracket() const {
     for (const C* order = first; order != nullptr; order = order->m_OCANext.Get()) {
         if (order != first &&
             (order->m_Account != first->m_Account || order->m_Symbol != first->m_Symbol ||
-             !Agree(order->m_Side, first->m_Side) ||
-             !Agree(order->m_OpenClose, first->m_OpenClose))) {
+             order->m_Side != first->m_Side || order->m_OpenClose != first->m_OpenClose)) {
             return false;
         }
         limitOrMarket =
