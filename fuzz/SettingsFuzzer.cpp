@@ -25,10 +25,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
          std::make_shared<qvox::FixedPlatformDirectories>("/nonexistent", "Software\\Fuzz"),
          qvox::SqliteRegistryStore::InMemory()});
     qvox::HKEY key = nullptr;
-    Require(qvox::RegCreateKeyExA(qvox::HKEY_CURRENT_USER,
-                                  "Software\\Fuzz\\Order Entry\\EquitiesSettings", 0, nullptr, 0,
-                                  qvox::KEY_ALL_ACCESS, nullptr, &key,
-                                  nullptr) == qvox::ERROR_SUCCESS);
+    Require(qvox::RegCreateKeyExA(
+                qvox::HKEY_CURRENT_USER, "Software\\Fuzz\\Order Entry\\EquitiesSettings", 0,
+                nullptr, 0, qvox::KEY_ALL_ACCESS, nullptr, &key, nullptr) == qvox::ERROR_SUCCESS);
     std::size_t at = 0;
     for (const char* name : kNames) {
         if (size - at < 2) break;
