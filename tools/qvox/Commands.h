@@ -23,4 +23,8 @@ void AddPriceCommand(CLI::App& app, Action& action);
 // back.
 void AddAdvCommand(CLI::App& app, Action& action);
 
+// "qvox order": the property table the platform receives for an order written in JSON, or the
+// exchange written back as JSON.
+void AddOrderCommand(CLI::App& app, Action& action);
+
 }  // namespace qvox::tool
