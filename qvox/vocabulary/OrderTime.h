@@ -4,6 +4,7 @@
 #pragma once
 
 #include "qvox/platform/COleDateTime.h"
+#include "qvox/platform/TimeService.h"
 
 namespace qvox {
 
@@ -16,5 +17,29 @@ double GMTtoLocalTime(double date);
 void LocalTimeToGMT(COleDateTime& date);
 // Whether the date falls on today's local calendar day; the time of day plays no part.
 bool IsTodayIncluded(double date);
+
+// The zone rule read once, for code that converts several dates in one go (the functions above
+// read it afresh on every call). The change dates of a year are worked out when the first date
+// of that year comes, and kept.
+class ZoneRule {
+  public:
+    // The rule of the time service in force.
+    ZoneRule();
+    explicit ZoneRule(const TIME_ZONE_INFORMATION& zone);
+
+    // As GMTtoLocalTime and LocalTimeToGMT, with this rule.
+    void ToLocal(COleDateTime& date);
+    void ToGmt(COleDateTime& date);
+
+  private:
+    // The offset in minutes (GMT = local + offset) in force at date, which is GMT when fromGmt.
+    LONG OffsetAt(const COleDateTime& date, bool fromGmt);
+
+    TIME_ZONE_INFORMATION zone_;
+    bool changes_ = false;  // both change dates can be read
+    int year_ = 0;          // the year of the two change dates below; 0 before the first
+    COleDateTime standard_;
+    COleDateTime daylight_;
+};
 
 }  // namespace qvox

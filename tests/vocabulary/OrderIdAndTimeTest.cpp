@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <utility>
 
 #include "qvox/platform/Platform.h"
 #include "qvox/platform/SystemTimeService.h"
@@ -26,10 +27,13 @@ TEST(OrderIds, FormatsAndCuts) {
     EXPECT_STRNE(fresh.Right(10), "0000000000");
 
     // clang-format off
+    // Above 10 the cut starts at length - 10 and runs to the terminator; 10 and below keep all.
     const struct { const char* id; ULONG length; const char* local; } locals[] = {
         {"AABCDEFGHI0000000042", 0xFFFFFFFFu, "0000000042"}, {"0000000042", 0xFFFFFFFFu, "0000000042"},
         {"42", 0xFFFFFFFFu, "42"}, {"AABCDEFGHI0000000042", 15, "EFGHI0000000042"},
-        {"AABCDEFGHI0000000042", 4, "AABC"}, {"short", 99, "short"}, {nullptr, 5, ""}};
+        {"ABCDEFGHIJKLMNOP", 10, "ABCDEFGHIJKLMNOP"}, {"ABCDEFGHIJKLMNOP", 3, "ABCDEFGHIJKLMNOP"},
+        {"ABCDEFGHIJKLMNOP", 0, "ABCDEFGHIJKLMNOP"}, {"ABCDEFGHIJKLMNOP", 20, "KLMNOP"},
+        {"short", 99, ""}, {nullptr, 5, ""}};
     const struct { const char* id; ULONG length; const char* shown; } shown[] = {
         {"1234567890", 0xFFFFFFFFu, "12-3456-7890"}, {"12345678", 0xFFFFFFFFu, "1234-5678"},
         {"123", 0xFFFFFFFFu, "123"}, {"1234", 0xFFFFFFFFu, "1234"}, {"12345", 0xFFFFFFFFu, "1-2345"},
@@ -107,6 +111,17 @@ TEST_F(ZoneTime, NorthernRuleAndItsExactChangeMoments) {
     COleDateTime atStart(2025, 3, 9, 2, 0, 0);  // exactly at the change: still standard
     LocalTimeToGMT(atStart);
     EXPECT_EQ(atStart.GetHour(), 7);
+
+    // One rule read once serves dates of several years, each with its own change dates: daylight
+    // time began on 9 March 2025 and on 8 March 2026.
+    ZoneRule rule;
+    for (const auto& [gmt, hour] : {std::pair{Gmt(2026, 3, 8, 8, 0), 4},
+                                    {Gmt(2025, 3, 8, 8, 0), 3},
+                                    {Gmt(2026, 3, 7, 8, 0), 3}}) {
+        COleDateTime local(gmt);
+        rule.ToLocal(local);
+        EXPECT_EQ(local.GetHour(), hour) << COleDateTime(gmt).Format("%Y-%m-%d");
+    }
 
     COleDateTime invalid(2958466.0);
     GMTtoLocalTime(invalid);
