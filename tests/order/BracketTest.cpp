@@ -142,7 +142,9 @@ TEST(Bracket, MismatchOrNoFlagLeavesTheChain) {
     EXPECT_EQ(Words(x), (std::vector<std::string>{"Limit 10", "Stop Market 4", "Stop Market 6"}));
 }
 
-TEST(Bracket, ChildBracketsAreReachedFromTheRootAndSplitsKeepTheParent) {
+// A split in a child chain: the new half has no parent of its own, and every walk of the graph
+// still holds with it standing behind the head.
+TEST(Bracket, ChildBracketsAreReachedFromTheRootAndSplitsHaveNoParent) {
     C root;
     root.m_Symbol = "ROOT";
     auto* head = new C;
@@ -150,9 +152,25 @@ TEST(Bracket, ChildBracketsAreReachedFromTheRootAndSplitsKeepTheParent) {
     ASSERT_NE(root.AddOSOChildOrder(head, true), nullptr);
     ASSERT_TRUE(root.VerifyAndAdjustBracket());
     ASSERT_EQ(root.GetOSOChild(0), head);
-    EXPECT_EQ(Words(*head).size(), 4u);
+    ASSERT_EQ(Words(*head).size(), 4u);
+    C* half = head->GetOCANext()->GetOCANext();
     for (const C* o = head; o != nullptr; o = o->GetOCANext())
-        EXPECT_EQ(o->GetOSOParent(), &root);
+        EXPECT_EQ(o->GetOSOParent(), o == half ? nullptr : &root);
+    EXPECT_FALSE(half->GetOrderCategory().Get().IsOSOChild());
+    EXPECT_EQ(half->GetRootOrder(), head);
+    EXPECT_EQ(half->GetGenerationCount(), 0);
+    EXPECT_TRUE(root.OrderContainsOrder(half, true));
+
+    // Adding refuses the half, from this graph and from another one; regrouping leaves it.
+    C other;
+    EXPECT_EQ(root.AddOSOChildOrder(half, true), nullptr);
+    EXPECT_EQ(other.AddOSOChildOrder(half, true), nullptr);
+    EXPECT_EQ(half->AddOSOChildOrder(&root, false), nullptr);
+    EXPECT_EQ(head->CreateOCAGroup(half), nullptr);
+    ASSERT_TRUE(root.VerifyAndAdjustBracket());
+    EXPECT_EQ(Words(*head).size(), 4u);
+    EXPECT_TRUE(root.RemoveOrder(half));
+    EXPECT_EQ(Words(*head).size(), 3u);
 }
 
 TEST(Bracket, PairQueries) {
