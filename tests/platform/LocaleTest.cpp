@@ -129,6 +129,13 @@ TEST(CRuntime, ReadsFloatsInTheCLocale) {
     EXPECT_EQ(AtoF("1e999"), HUGE_VAL);
     EXPECT_EQ(AtoF(std::string_view("1.2599", 4)), 1.25);
     EXPECT_EQ(AtoF(std::string(100, '1') + ".5"), AtoF((std::string(100, '1') + ".5").c_str()));
+    // The view reader's shortcut for whole numbers agrees with the full reader, sign of 0 included.
+    for (const char* text :
+         {"2", "-0", "007", "123456789012345", "9007199254740993", "2e5", "5x", "-", ""}) {
+        const double view = AtoF(std::string_view(text));
+        EXPECT_EQ(view, AtoF(text)) << text;
+        EXPECT_EQ(std::signbit(view), std::signbit(AtoF(text))) << text;
+    }
     // An application that moves the C locale to a decimal comma changes nothing here.
     const testing::DecimalCommaLocale comma;
     QVOX_EXPECT_DECIMAL_COMMA(comma);
