@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
+#include <utility>
 #include <vector>
 
 #include "qvox/vocabulary/COXUtil.h"
@@ -39,18 +39,13 @@ TEST(Categories, TranslateEveryCategoryAndFallBack) {
 }
 
 TEST(Categories, Codes) {
-    EXPECT_EQ(GetSymbolCategoryFromCode("EQ"), 2u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("eq"), 2u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("Op"), 3u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("fx"), 12u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("xx"), 0u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("EQX"), 0u);
-    EXPECT_EQ(GetSymbolCategoryFromCode(""), 0u);
+    // clang-format off
+    for (const auto& [code, category] : {std::pair{"EQ", 2u}, {"eq", 2u}, {"Op", 3u}, {"fx", 12u}, {"xx", 0u}, {"EQX", 0u}, {"", 0u}})
+        EXPECT_EQ(GetSymbolCategoryFromCode(code), category) << code;
+    for (const auto& [category, code] : {std::pair{8u, "OP"}, {12u, "FX"}, {1u, ""}, {0xFFFFFFFFu, ""}})
+        EXPECT_STREQ(GetSymbolCodeFromCategory(category), code) << category;
+    // clang-format on
     EXPECT_EQ(GetSymbolCategoryFromCode(nullptr), 0u);
-    EXPECT_STREQ(GetSymbolCodeFromCategory(8), "OP");
-    EXPECT_STREQ(GetSymbolCodeFromCategory(12), "FX");
-    EXPECT_STREQ(GetSymbolCodeFromCategory(1), "");
-    EXPECT_STREQ(GetSymbolCodeFromCategory(0xFFFFFFFFu), "");
 }
 
 TEST(TradeSymbols, FuturesAndEquitiesRules) {
@@ -107,13 +102,10 @@ TEST(TradeSymbols, BufferFormNeedsRoomForTheTerminator) {
 }
 
 TEST(Lists, PresenceEndsAtMinusOne) {
-    EXPECT_TRUE(COXUtil::IsPresent(5, 1, 5, -1));
-    EXPECT_FALSE(COXUtil::IsPresent(5, -1));
+    EXPECT_TRUE(COXUtil::IsPresent(5, 1, 5, -1) && COXUtil::IsPresent(12, 0, 2, 3, 8, 12, -1));
+    EXPECT_FALSE(COXUtil::IsPresent(5, -1) || COXUtil::IsPresent(-1, -1));
     EXPECT_FALSE(COXUtil::IsPresent(5, 1, -1, 5, -1));  // nothing after the end counts
-    EXPECT_FALSE(COXUtil::IsPresent(-1, -1));
-    EXPECT_TRUE(COXUtil::IsNotPresent(5, -1));
-    EXPECT_FALSE(COXUtil::IsNotPresent(2, 1, 2, 3, -1));
-    EXPECT_TRUE(COXUtil::IsPresent(12, 0, 2, 3, 8, 12, -1));
+    EXPECT_TRUE(COXUtil::IsNotPresent(5, -1) && !COXUtil::IsNotPresent(2, 1, 2, 3, -1));
 }
 
 TEST(Lists, BreakQtyKeepsWholeLotsAndPutsTheRestLast) {
@@ -139,8 +131,7 @@ TEST(Lists, BreakQtyKeepsWholeLotsAndPutsTheRestLast) {
 TEST(LockedModules, AllBitsOfAModule) {
     COXLockedModulesX locks;
     locks.LockModule(0x1);
-    EXPECT_TRUE(locks.IsModuleLocked(0x1));
-    EXPECT_FALSE(locks.IsModuleLocked(0x3));
+    EXPECT_TRUE(locks.IsModuleLocked(0x1) && !locks.IsModuleLocked(0x3));  // all bits of a module
     locks.SetModuleLock(0x6, true);
     EXPECT_TRUE(locks.IsModuleLocked(0x3));
     locks.SetModuleLock(0x2, false);
