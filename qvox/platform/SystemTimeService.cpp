@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "qvox/platform/COleDateTime.h"
 #include "qvox/platform/Platform.h"
@@ -139,9 +141,10 @@ double NowUtcMillis() {
         duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
 }
 
-std::string TzVariable() {
+// The TZ variable as it is kept in the cache; "\x01unset" when there is none.
+std::string_view TzVariable() {
     const char* tz = std::getenv("TZ");
-    return tz == nullptr ? std::string("\x01unset") : std::string(tz);
+    return tz == nullptr ? std::string_view("\x01unset") : std::string_view(tz);
 }
 
 }  // namespace
@@ -170,7 +173,8 @@ bool DeriveTimeZoneInformation(const char* zoneId, double utcMillis, TIME_ZONE_I
 DWORD SystemTimeService::GetTimeZoneInformation(TIME_ZONE_INFORMATION* info) const {
     if (info == nullptr) return TIME_ZONE_ID_INVALID;
     std::lock_guard<std::mutex> lock(mutex_);
-    const std::string zone = TzVariable();
+    // Compared in place: the variable is read on every call, and copied only when it changed.
+    const std::string_view zone = TzVariable();
     // The coarse clock is ample for a check once a minute, and far cheaper to read.
     timespec ticks{};
     clock_gettime(CLOCK_MONOTONIC_COARSE, &ticks);

@@ -21,47 +21,50 @@ COleDateTime ChangeDate(const SYSTEMTIME& change, int year) {
     return COleDateTime(year, month, day, change.wHour, change.wMinute, change.wSecond);
 }
 
+TIME_ZONE_INFORMATION CurrentZone() {
+    TIME_ZONE_INFORMATION zone;
+    GetTimeZoneInformation(&zone);
+    return zone;
+}
+
 }  // namespace
 
-ZoneRule::ZoneRule() {
-    GetTimeZoneInformation(&zone_);
-    changes_ = zone_.StandardDate.wMonth != 0 && zone_.DaylightDate.wMonth != 0 &&
-               Readable(zone_.StandardDate) && Readable(zone_.DaylightDate);
-}
+ZoneRule::ZoneRule() : ZoneRule(CurrentZone()) {}
 
 ZoneRule::ZoneRule(const TIME_ZONE_INFORMATION& zone)
     : zone_(zone),
       changes_(zone.StandardDate.wMonth != 0 && zone.DaylightDate.wMonth != 0 &&
-               Readable(zone.StandardDate) && Readable(zone.DaylightDate)) {}
+               Readable(zone.StandardDate) && Readable(zone.DaylightDate)),
+      standardOffset_(0, 0, zone.Bias, 0),
+      daylightOffset_(0, 0, zone.Bias + zone.DaylightBias, 0) {}
 
-LONG ZoneRule::OffsetAt(const COleDateTime& date, bool fromGmt) {
-    if (!changes_) return zone_.Bias;
+const COleDateTimeSpan& ZoneRule::OffsetAt(const COleDateTime& date, bool fromGmt) {
+    if (!changes_) return standardOffset_;
     const int year = date.GetYear();
     if (year != year_) {
         standard_ = ChangeDate(zone_.StandardDate, year);
         daylight_ = ChangeDate(zone_.DaylightDate, year);
+        // In GMT the change into standard time happens in daylight time, and the other way.
+        standardGmt_ = standard_ + daylightOffset_;
+        daylightGmt_ = daylight_ + standardOffset_;
         year_ = year;
     }
-    COleDateTime end = standard_;
-    COleDateTime start = daylight_;
-    if (fromGmt) {
-        end += COleDateTimeSpan(0, 0, zone_.Bias + zone_.DaylightBias, 0);
-        start += COleDateTimeSpan(0, 0, zone_.Bias, 0);
-    }
+    const COleDateTime& end = fromGmt ? standardGmt_ : standard_;
+    const COleDateTime& start = fromGmt ? daylightGmt_ : daylight_;
     // Where daylight time spans the turn of the year, it holds outside the standard season.
     const bool daylight =
         end < start ? (date <= end || date > start) : (date > start && date <= end);
-    return daylight ? zone_.Bias + zone_.DaylightBias : zone_.Bias;
+    return daylight ? daylightOffset_ : standardOffset_;
 }
 
 void ZoneRule::ToLocal(COleDateTime& date) {
     if (date.GetStatus() != COleDateTime::valid) return;
-    date -= COleDateTimeSpan(0, 0, OffsetAt(date, true), 0);
+    date -= OffsetAt(date, true);
 }
 
 void ZoneRule::ToGmt(COleDateTime& date) {
     if (date.GetStatus() != COleDateTime::valid) return;
-    date += COleDateTimeSpan(0, 0, OffsetAt(date, false), 0);
+    date += OffsetAt(date, false);
 }
 
 void GMTtoLocalTime(COleDateTime& date) {

@@ -32,14 +32,17 @@ class ZoneRule {
     void ToGmt(COleDateTime& date);
 
   private:
-    // The offset in minutes (GMT = local + offset) in force at date, which is GMT when fromGmt.
-    LONG OffsetAt(const COleDateTime& date, bool fromGmt);
+    // The offset (GMT = local + offset) in force at date, which is GMT when fromGmt.
+    const COleDateTimeSpan& OffsetAt(const COleDateTime& date, bool fromGmt);
 
     TIME_ZONE_INFORMATION zone_;
     bool changes_ = false;  // both change dates can be read
-    int year_ = 0;          // the year of the two change dates below; 0 before the first
-    COleDateTime standard_;
-    COleDateTime daylight_;
+    // Bias, and Bias + DaylightBias, in minutes as spans.
+    COleDateTimeSpan standardOffset_;
+    COleDateTimeSpan daylightOffset_;
+    int year_ = 0;  // the year of the change dates below; 0 before the first
+    // The changes into standard and into daylight time, in local clock time and in GMT.
+    COleDateTime standard_, daylight_, standardGmt_, daylightGmt_;
 };
 
 }  // namespace qvox
