@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,15 +44,32 @@ bool IsOptionCategory(const ValidDataT<LONG>& category) {
     return category.value == 3 || category.value == 8;
 }
 
-// Today's local date at a time of day; hours and minutes beyond their range run on into the
-// following days rather than failing.
-COleDateTime TodayAt(int hour, int minute, int second) {
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    COleDateTime date(now.wYear, now.wMonth, now.wDay, 0, 0, 0);
-    if (date.GetStatus() != COleDateTime::valid) date = COleDateTime(2000, 1, 1, 0, 0, 0);
-    return date + COleDateTimeSpan(0, hour, minute, second);
-}
+// The clock work of one reading or writing. Today's local date and the zone rule come from the
+// time service once, when the first time item needs them, and serve every item after it.
+class Clock {
+  public:
+    // Today's local date at a time of day; hours and minutes beyond their range run on into the
+    // following days rather than failing. The time is added as one count of seconds, which
+    // gives the same value as the calendar fields would.
+    COleDateTime TodayAt(int hour, int minute, int second) {
+        if (!today_) {
+            SYSTEMTIME now;
+            GetLocalTime(&now);
+            today_.emplace(now.wYear, now.wMonth, now.wDay, 0, 0, 0);
+            if (today_->GetStatus() != COleDateTime::valid) today_.emplace(2000, 1, 1, 0, 0, 0);
+        }
+        const double seconds = hour * 3600.0 + minute * 60.0 + second;
+        return *today_ + COleDateTimeSpan(seconds / 86400.0);
+    }
+    ZoneRule& Zone() {
+        if (!zone_) zone_.emplace();
+        return *zone_;
+    }
+
+  private:
+    std::optional<COleDateTime> today_;
+    std::optional<ZoneRule> zone_;
+};
 
 // The writer appends numbers as printf would ("%d", "%u", "%f", "%.2d"), without parsing a
 // format for each item.
@@ -60,11 +79,20 @@ void AppendInt(std::string& out, long long value) {
     out.append(digits, end);
 }
 
+// "%f" of value into digits, which has room for any double; returns the end of the text.
+char* Fixed6(char* digits, std::size_t size, double value) {
+    // Whole amounts, the usual ones, skip the general conversion; -0 keeps its sign through it.
+    if (value == std::trunc(value) && std::fabs(value) < 1e15 && !std::signbit(value)) {
+        char* end = std::to_chars(digits, digits + size, static_cast<long long>(value)).ptr;
+        std::memcpy(end, ".000000", 7);
+        return end + 7;
+    }
+    return std::to_chars(digits, digits + size, value, std::chars_format::fixed, 6).ptr;
+}
+
 void AppendFixed6(std::string& out, double value) {
     char digits[400];
-    const auto result =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, 6);
-    out.append(digits, result.ptr);
+    out.append(digits, Fixed6(digits, sizeof digits, value));
 }
 
 void AppendTwoDigits(std::string& out, int value) {
@@ -78,12 +106,12 @@ void AppendText(std::string& out, const CString& text) {
 
 // The time of day of a stored date, moved to GMT when asked. Only the GMT move needs today's
 // date, which decides between standard and daylight time.
-void AppendTime(std::string& out, const char* tag, double stored, bool toGmt) {
+void AppendTime(std::string& out, const char* tag, double stored, bool toGmt, Clock& clock) {
     SYSTEMTIME fields;  // an invalid stored date writes 00:00:00
     COleDateTime(stored).GetAsSystemTime(fields);
     if (toGmt) {
-        COleDateTime when = TodayAt(fields.wHour, fields.wMinute, fields.wSecond);
-        LocalTimeToGMT(when);
+        COleDateTime when = clock.TodayAt(fields.wHour, fields.wMinute, fields.wSecond);
+        clock.Zone().ToGmt(when);
         when.GetAsSystemTime(fields);
     }
     const int hour = fields.wHour;
@@ -234,10 +262,11 @@ CString C::GetAdvancePropertyAsString(bool bToGMT, ULONG omitFlags) const {
     }
     if ((omitFlags & AdvStringOmitTail) != 0) return CString(std::move(out));
 
+    Clock clock;
     if (IsSet(m_ActivationRule) && m_ActivationTime.valid) {
-        AppendTime(out, "TIM", m_ActivationTime.value, bToGMT);
+        AppendTime(out, "TIM", m_ActivationTime.value, bToGMT, clock);
     }
-    if (m_ExpirationTime.valid) AppendTime(out, "EXP", m_ExpirationTime.value, bToGMT);
+    if (m_ExpirationTime.valid) AppendTime(out, "EXP", m_ExpirationTime.value, bToGMT, clock);
     if (m_Condition.IsValid() && !m_Condition.GetText().IsEmpty()) {
         tagged("CND=", m_Condition.GetText());
     }
@@ -399,10 +428,11 @@ double FlooredDivisor(double pieceValue) {
     return !(pieceValue >= 1e-14) || !std::isfinite(pieceValue) ? 0.01 : pieceValue;
 }
 
-CString SixDecimals(double value) {
-    std::string text;
-    AppendFixed6(text, value);
-    return CString(std::move(text));
+// "%f" of value into a text field.
+void SetSixDecimals(ValidString& field, double value) {
+    char digits[400];
+    field = std::string_view(
+        digits, static_cast<std::size_t>(Fixed6(digits, sizeof digits, value) - digits));
 }
 
 enum class Tag {
@@ -529,12 +559,13 @@ void C::SetAdvancePropertyFromString(const CString& text, bool bFromGMT) {
     Cursor cursor(ownField ? copy.view() : text.view());
     const double pieceValue = m_PieceValue.value;
 
+    Clock clock;
     const auto readTime = [&]() {
         const int hour = AtoI(cursor.CutTo(':'));
         const int minute = AtoI(cursor.CutTo(':'));
         const int second = AtoI(cursor.Value());
-        COleDateTime when = TodayAt(hour, minute, second);
-        if (bFromGMT) GMTtoLocalTime(when);
+        COleDateTime when = clock.TodayAt(hour, minute, second);
+        if (bFromGMT) clock.Zone().ToLocal(when);
         return when.m_dt;
     };
     const auto autoPriceSide = [&](std::string_view value, WordSet set, ValidString& autoPrice,
@@ -625,7 +656,7 @@ void C::SetAdvancePropertyFromString(const CString& text, bool bFromGMT) {
             cursor.Value();
         } else if (tag == Tag::LMT) {
             autoPriceSide(cursor.Value(), WordSet::limit, m_AutoPrice,
-                          [this](double amount) { m_AutoPriceIncrement = SixDecimals(amount); });
+                          [this](double amount) { SetSixDecimals(m_AutoPriceIncrement, amount); });
         } else if (tag == Tag::STP) {
             m_StopAutoPriceOffset = 0.0;
             autoPriceSide(cursor.Value(), WordSet::stop, m_StopAutoPrice,
@@ -638,7 +669,7 @@ void C::SetAdvancePropertyFromString(const CString& text, bool bFromGMT) {
             const char* word = COXStringForDisplay::AutoPrice(AutoPriceOffsetPrimary);
             if (m_OrderType == "Limit") {
                 m_AutoPrice = word;
-                m_AutoPriceIncrement = SixDecimals(amount);
+                SetSixDecimals(m_AutoPriceIncrement, amount);
             } else {
                 m_StopAutoPrice = word;
                 m_StopAutoPriceOffset = amount;

@@ -188,7 +188,8 @@ class COrderBarProperties {
     bool OrderContainsOrder(const COrderBarProperties* p, bool bFromHere) const;
 
     // Turns two OSO children into one chain: other goes behind this order's chain, with a link
-    // that does not own, and leaves its parent's list. Null unless one of the two is a child.
+    // that does not own, and leaves its parent's list. Null unless one of the two is a child,
+    // and null for an other that stands behind another order.
     COrderBarProperties* CreateOCAGroup(COrderBarProperties* other);
     // Takes this child chain apart. Null unless this order is a child in a chain.
     COrderBarProperties* UnGroupOCA();
@@ -197,7 +198,8 @@ class COrderBarProperties {
     COrderBarProperties* AddOrderToOCAGroup(COrderBarProperties* p, bool bOwned);
     // Adds an owned clone of order (from its root); null unless order stands alone.
     COrderBarProperties* AddOrderToOCAGroup(const COrderBarProperties& order);
-    // Hangs p's whole chain below this order; returns its first order. Refusals as above.
+    // Hangs p's whole chain below this order; returns its first order. Refusals as above, and
+    // null when p's chain already hangs below a parent.
     COrderBarProperties* AddOSOChildOrder(COrderBarProperties* p, bool bOwned);
     COrderBarProperties* AddOSOChildOrder(const COrderBarProperties& order);
     // Takes p out of the graph below this order; p is deleted if a link owned it. False if p is
@@ -232,9 +234,9 @@ class COrderBarProperties {
     // bracket differ in order key, account, symbol or side, or when all of them stand on one
     // side, so that no pair can form. The head of a chain stays its head: a head that stands with
     // the stop orders is the partner of the first order of the other side. The new halves of a
-    // split belong to their links; in a child chain they take the chain's parent like every order
-    // of it. Orders that find no partner leave the chain, and are deleted if their link owned
-    // them.
+    // split belong to their links and have no OSO parent, even in a chain that hangs below a
+    // parent: they report no IsOSOChild, and their GetRootOrder is the head of their chain.
+    // Orders that find no partner leave the chain, and are deleted if their link owned them.
     bool VerifyAndAdjustBracket();
 
     // ---- Defaults (COrderBarPropertiesDefaults.cpp) ----

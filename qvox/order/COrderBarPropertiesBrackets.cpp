@@ -191,7 +191,9 @@ bool C::AdjustBracketChain() {
             auto half = std::make_unique<C>();
             half->Copy(*larger, eCopyWithoutOCANext);
             half->ResetOrderID();
-            half->m_OSOParent = m_OSOParent;
+            // Copy carries no link, and none is set here: even in a child chain the new half
+            // has no parent of its own, so every walk must also hold for a parentless order
+            // behind the head of a child chain.
             half->m_Quantity = ToQuantity(sizeA > sizeB ? sizeA - sizeB : sizeB - sizeA);
             larger->m_Quantity = ToQuantity(sizeA > sizeB ? sizeB : sizeA);
             owned.insert(half.get());

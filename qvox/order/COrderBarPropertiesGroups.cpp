@@ -234,12 +234,26 @@ void C::SetChainParent(C* first, C* parent) {
     }
 }
 
+namespace {
+
+// The root of the whole graph that order belongs to. Unlike GetRootOrder it goes to the head of
+// each chain before stepping up, so it also finds the top from an order without a parent of its
+// own behind the head of a child chain (the new half of a bracket split).
+const C* GraphRoot(const C* order) {
+    for (order = order->GetOCAFirst(); order->GetOSOParent() != nullptr;
+         order = order->GetOSOParent()->GetOCAFirst()) {
+    }
+    return order;
+}
+
+}  // namespace
+
 bool C::GraphHolds(const C* p) const {
-    // With the graph invariants, p belongs to this graph exactly when both have one root. A p
-    // that stands alone is decided without walking this order's chain.
-    const C* root = p->GetRootOrder();
+    // p belongs to this graph exactly when both have one root. A p that stands alone is decided
+    // without walking this order's chain.
+    const C* root = GraphRoot(p);
     if (root->m_OCANext.Get() == nullptr && root->m_OSOChildren.empty()) return root == this;
-    return root == GetRootOrder();
+    return root == GraphRoot(this);
 }
 
 C* C::AddOrderToOCAGroup(C* p, bool bOwned) {
@@ -270,6 +284,8 @@ C* C::AddOrderToOCAGroup(const C& order) {
 C* C::AddOSOChildOrder(C* p, bool bOwned) {
     if (p == nullptr || p->m_OSOParent != nullptr || p == this || GraphHolds(p)) return nullptr;
     C* first = p->GetOCAFirst();
+    // An order without a parent behind the head of a child chain still hangs below that parent.
+    if (first->m_OSOParent != nullptr) return nullptr;
     SetChainParent(first, this);
     m_OSOChildren.emplace_back(first, bOwned);
     return first;
@@ -297,7 +313,11 @@ bool C::RemoveChildLink(const C* child) {
 }
 
 C* C::CreateOCAGroup(C* other) {
-    if (other == nullptr || other == this || other->GetOCAFirst() == GetOCAFirst()) return nullptr;
+    // An order behind another is held by that order's link, which would go on pointing at it.
+    if (other == nullptr || other == this || other->m_OCAPrevious != nullptr ||
+        other->GetOCAFirst() == GetOCAFirst()) {
+        return nullptr;
+    }
     if (!GetOrderCategory().Get().IsOSOChild() && !other->GetOrderCategory().Get().IsOSOChild()) {
         return nullptr;
     }

@@ -42,7 +42,7 @@ const CString& ValidString::operator=(CString&& text) {
 }
 
 const CString& ValidString::operator=(std::string_view text) {
-    m_text = CString(text);
+    m_text.SetString(text);
     m_valid = true;
     return m_text;
 }
@@ -61,14 +61,6 @@ const CString& ValidString::operator=(const wchar_t* text) {
     m_text = FromWide(text, WideLength(text));
     m_valid = true;
     return m_text;
-}
-
-ValidString& ValidString::operator=(const ValidString& other) {
-    if (other.m_valid) {
-        m_text = other.m_text;
-        m_valid = true;
-    }
-    return *this;
 }
 
 CArchive& operator<<(CArchive& ar, ValidString value) {

@@ -37,7 +37,14 @@ class ValidString {
     const CString& operator=(wchar_t* text);
     const CString& operator=(const wchar_t* text);
     // The merge: a marked source replaces text and sets the mark; an unmarked one changes nothing.
-    ValidString& operator=(const ValidString& other);
+    // Inline: copying a record merges every text field, most of them unmarked.
+    ValidString& operator=(const ValidString& other) {
+        if (other.m_valid) {
+            m_text = other.m_text;
+            m_valid = true;
+        }
+        return *this;
+    }
 
     // Stores a default: the text replaced, the mark off.
     void SetDefault(const CString& text) {

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <clocale>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 
@@ -55,6 +56,18 @@ double AtoF(std::string_view text) {
     // strtod does. Anything else (white space, '+', hexadecimal, inf, out of range) takes the
     // full reader.
     const std::size_t digit = !text.empty() && text[0] == '-' ? 1 : 0;
+    // Up to 15 digits and nothing else, the usual amount, are a whole number that a double holds
+    // exactly.
+    if (digit < text.size() && text.size() - digit <= 15) {
+        std::int64_t whole = 0;
+        std::size_t at = digit;
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+            whole = whole * 10 + (text[at++] - '0');
+        if (at == text.size()) {
+            const auto value = static_cast<double>(whole);
+            return digit == 1 ? -value : value;
+        }
+    }
     if (digit < text.size() && ((text[digit] >= '0' && text[digit] <= '9') || text[digit] == '.') &&
         !(text[digit] == '0' && digit + 1 < text.size() && (text[digit + 1] | 0x20) == 'x')) {
         double value = 0.0;

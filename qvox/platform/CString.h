@@ -128,6 +128,9 @@ class CString {
     std::string_view view() const noexcept { return s_; }
     const std::string& str() const noexcept { return s_; }
 
+    // The text replaced by a copy of text, in the string's own storage.
+    void SetString(std::string_view text) { s_.assign(text); }
+
     int GetLength() const noexcept { return static_cast<int>(s_.size()); }
     bool IsEmpty() const noexcept { return s_.empty(); }
     void Empty() noexcept { s_.clear(); }

@@ -5,9 +5,14 @@
 #include <unicode/timezone.h>
 #include <unicode/tzrule.h>
 
+#include <time.h>
+#include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "qvox/platform/COleDateTime.h"
 #include "qvox/platform/Platform.h"
@@ -136,9 +141,10 @@ double NowUtcMillis() {
         duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
 }
 
-std::string TzVariable() {
+// The TZ variable as it is kept in the cache; "\x01unset" when there is none.
+std::string_view TzVariable() {
     const char* tz = std::getenv("TZ");
-    return tz == nullptr ? std::string("\x01unset") : std::string(tz);
+    return tz == nullptr ? std::string_view("\x01unset") : std::string_view(tz);
 }
 
 }  // namespace
@@ -167,9 +173,13 @@ bool DeriveTimeZoneInformation(const char* zoneId, double utcMillis, TIME_ZONE_I
 DWORD SystemTimeService::GetTimeZoneInformation(TIME_ZONE_INFORMATION* info) const {
     if (info == nullptr) return TIME_ZONE_ID_INVALID;
     std::lock_guard<std::mutex> lock(mutex_);
-    const std::string zone = TzVariable();
-    const auto now = std::chrono::steady_clock::now();
-    if (!cached_ || zone != zone_ || now - derivedAt_ > std::chrono::minutes(1)) {
+    // Compared in place: the variable is read on every call, and copied only when it changed.
+    const std::string_view zone = TzVariable();
+    // The coarse clock is ample for a check once a minute, and far cheaper to read.
+    timespec ticks{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &ticks);
+    const std::int64_t now = ticks.tv_sec;
+    if (!cached_ || zone != zone_ || now - derivedAt_ > 60) {
         TIME_ZONE_INFORMATION derived;
         DWORD id = TIME_ZONE_ID_UNKNOWN;
         if (!DeriveTimeZoneInformation(nullptr, NowUtcMillis(), &derived, &id)) {
@@ -189,9 +199,12 @@ DWORD SystemTimeService::GetTimeZoneInformation(TIME_ZONE_INFORMATION* info) con
 
 void SystemTimeService::GetLocalTime(SYSTEMTIME* now) const {
     if (now == nullptr) return;
-    using namespace std::chrono;
-    const auto clock = system_clock::now();
-    const std::time_t seconds = system_clock::to_time_t(clock);
+    // The clock of the last timer tick, as the platform's own call reads it: a few milliseconds
+    // coarse, and several times cheaper than the precise clock (the advanced options string asks
+    // for the present moment whenever it reads a time).
+    timespec clock{};
+    clock_gettime(CLOCK_REALTIME_COARSE, &clock);
+    const std::time_t seconds = clock.tv_sec;
     // The calendar fields change once a second; each thread keeps the last ones it worked out.
     // (localtime_r itself reads the zone once per process, until tzset is called.)
     thread_local std::time_t cachedSeconds = -1;
@@ -201,7 +214,7 @@ void SystemTimeService::GetLocalTime(SYSTEMTIME* now) const {
         cachedSeconds = seconds;
     }
     const std::tm& local = cachedLocal;
-    const auto millis = duration_cast<milliseconds>(clock.time_since_epoch()).count() % 1000;
+    const long millis = clock.tv_nsec / 1000000;
     now->wYear = Word(local.tm_year + 1900);
     now->wMonth = Word(local.tm_mon + 1);
     now->wDayOfWeek = Word(local.tm_wday);
@@ -209,7 +222,7 @@ void SystemTimeService::GetLocalTime(SYSTEMTIME* now) const {
     now->wHour = Word(local.tm_hour);
     now->wMinute = Word(local.tm_min);
     now->wSecond = Word(local.tm_sec > 59 ? 59 : local.tm_sec);
-    now->wMilliseconds = Word(static_cast<int>(millis < 0 ? 0 : millis));
+    now->wMilliseconds = Word(static_cast<int>(millis < 0 || millis > 999 ? 0 : millis));
 }
 
 DWORD FixedTimeService::GetTimeZoneInformation(TIME_ZONE_INFORMATION* info) const {

@@ -3,7 +3,7 @@
 // FixedTimeService is a rule and a moment given by the caller, for applications and tests.
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <mutex>
 #include <string>
 
@@ -16,14 +16,14 @@ class SystemTimeService final : public ITimeService {
     // The rule in force around the present moment. Derived again when TZ changes and at least
     // once a minute, so that the answer about daylight time stays current.
     DWORD GetTimeZoneInformation(TIME_ZONE_INFORMATION* info) const override;
-    // Local calendar fields of the present moment, milliseconds included.
+    // Local calendar fields of the present moment, to the last timer tick (a few milliseconds).
     void GetLocalTime(SYSTEMTIME* now) const override;
 
   private:
     mutable std::mutex mutex_;
     mutable bool cached_ = false;
     mutable std::string zone_;
-    mutable std::chrono::steady_clock::time_point derivedAt_;
+    mutable std::int64_t derivedAt_ = 0;  // seconds of the monotonic clock
     mutable TIME_ZONE_INFORMATION info_;
     mutable DWORD id_ = TIME_ZONE_ID_UNKNOWN;
 };

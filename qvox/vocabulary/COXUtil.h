@@ -85,16 +85,18 @@ class COXUtil {
     static bool ConvertToTradeSymbolForFutures(const char* symbol, ULONG& start, ULONG& length);
     // The symbol, or its trade symbol when the rule finds one. Null gives "".
     static CString ConvertToTradeSymbolForFutures(const char* symbol);
-    // "US:" and the marker after it are cut: "US:$XYZ" gives start 4. Any other symbol, and
-    // "US:" alone, give false.
+    // "US:" and the marker after it are cut: "US:$XYZ" gives start 4, length 3. "US:" alone
+    // gives true with a length that wraps to 0xFFFFFFFF; any other symbol gives false.
     static bool ConvertToTradeSymbolForEquities(const char* symbol, ULONG& start, ULONG& length);
+    // The trade symbol, or the symbol itself; "US:" gives "". Null gives "".
     static CString ConvertToTradeSymbolForEquities(const char* symbol);
     // Futures (0) and equities (2) by their rules; other categories keep the symbol. Writes the
     // trade symbol with its terminator to out and returns out, if it fits in outSize bytes;
     // otherwise returns symbol and leaves out untouched.
     static const char* ConvertToTradeSymbol(const char* symbol, ULONG category, char* out,
                                             ULONG outSize);
-    // In place: the text becomes its trade symbol, never longer than it was.
+    // As the buffer form with room for the text and its terminator: the text becomes its
+    // trade symbol, never longer than it was ("US:" stays "US:").
     static CString& ConvertToTradeSymbol(CString& symbol, ULONG category);
     static CString ConvertToTradeSymbol(const char* symbol, ULONG category);
 

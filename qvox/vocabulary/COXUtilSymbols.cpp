@@ -1,7 +1,9 @@
 // COXUtil: trade symbols and the split of a quantity over several orders.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 #include "qvox/vocabulary/COXUtil.h"
 
@@ -23,28 +25,39 @@ bool COXUtil::ConvertToTradeSymbolForFutures(const char* symbol, ULONG& start, U
 }
 
 bool COXUtil::ConvertToTradeSymbolForEquities(const char* symbol, ULONG& start, ULONG& length) {
-    // "US:" is followed by one marker character ("US:$XYZ"), which goes too. "US:" alone has
-    // nothing to keep and is left as it is.
-    if (symbol == nullptr || std::strncmp(symbol, "US:", 3) != 0 || symbol[3] == '\0') {
-        return false;
-    }
+    // "US:" is followed by one marker character ("US:$XYZ"), which goes too. "US:" alone still
+    // counts: its length wraps to 0xFFFFFFFF, which no buffer is large enough for, and its
+    // substring is empty.
+    if (symbol == nullptr || std::strncmp(symbol, "US:", 3) != 0) return false;
     start = 4;
-    length = static_cast<ULONG>(std::strlen(symbol) - 4);
+    length = static_cast<ULONG>(std::strlen(symbol)) - 4u;
     return true;
 }
+
+namespace {
+
+// The part of symbol that start and length name, cut at its terminator: a start beyond it
+// gives the empty text.
+CString Substring(const char* symbol, ULONG start, ULONG length) {
+    const std::size_t size = std::strlen(symbol);
+    if (start >= size) return CString();
+    return CString(symbol + start, static_cast<int>(std::min<std::size_t>(length, size - start)));
+}
+
+}  // namespace
 
 CString COXUtil::ConvertToTradeSymbolForFutures(const char* symbol) {
     ULONG start = 0;
     ULONG length = 0;
     if (!ConvertToTradeSymbolForFutures(symbol, start, length)) return CString(symbol);
-    return CString(symbol + start, static_cast<int>(length));
+    return Substring(symbol, start, length);
 }
 
 CString COXUtil::ConvertToTradeSymbolForEquities(const char* symbol) {
     ULONG start = 0;
     ULONG length = 0;
     if (!ConvertToTradeSymbolForEquities(symbol, start, length)) return CString(symbol);
-    return CString(symbol + start, static_cast<int>(length));
+    return Substring(symbol, start, length);
 }
 
 const char* COXUtil::ConvertToTradeSymbol(const char* symbol, ULONG category, char* out,
@@ -58,22 +71,27 @@ const char* COXUtil::ConvertToTradeSymbol(const char* symbol, ULONG category, ch
         found = ConvertToTradeSymbolForEquities(symbol, start, length);
     }
     if (!found || out == nullptr || length >= outSize) return symbol;
+    // A length below outSize lies within the symbol: both rules only ever shorten it.
     std::memmove(out, symbol + start, length);
     out[length] = '\0';
     return out;
 }
 
 CString& COXUtil::ConvertToTradeSymbol(CString& symbol, ULONG category) {
-    // The trade symbol is never longer than the symbol, so it always fits the string's own room.
-    const CString trade = ConvertToTradeSymbol(static_cast<const char*>(symbol), category);
-    symbol = trade;
+    // The buffer form with the string's own room, its length and the terminator: the trade
+    // symbol is never longer, and "US:" (whose length wraps) stays as it is.
+    const ULONG room = static_cast<ULONG>(symbol.GetLength()) + 1u;
+    std::string out(room, '\0');
+    if (ConvertToTradeSymbol(symbol, category, out.data(), room) == out.data()) {
+        symbol = CString(out.c_str());
+    }
     return symbol;
 }
 
 CString COXUtil::ConvertToTradeSymbol(const char* symbol, ULONG category) {
-    if (category == 0) return ConvertToTradeSymbolForFutures(symbol);
-    if (category == 2) return ConvertToTradeSymbolForEquities(symbol);
-    return CString(symbol);
+    CString text(symbol);
+    ConvertToTradeSymbol(text, category);
+    return text;
 }
 
 bool COXUtil::BreakQty(int total, int count, ULONG category, CUIntArray& out) {

@@ -49,10 +49,15 @@ CString OrderIDManipulation::FormatLocalOrderID(ULONG localID) {
 }
 
 CString OrderIDManipulation::ClientToLocalOrderID(const char* id, ULONG length) {
-    // The cut counts from the given length, the text runs on to its terminator.
-    const std::size_t size = Text(id, length).size();
-    if (size > 10) return CString(id + (size - 10));
-    return CString(Text(id, length));
+    // The last ten characters of a client identifier of the given length; a short length
+    // means the whole text. The cut counts from the given length, the text runs on to its
+    // terminator, and nothing is read beyond it.
+    if (id == nullptr) return CString();
+    const std::size_t own = std::strlen(id);
+    if (length == 0xFFFFFFFFu) length = static_cast<ULONG>(own);
+    if (length <= 10) return CString(id);
+    const std::size_t start = length - 10u;
+    return start < own ? CString(id + start) : CString();
 }
 
 CString OrderIDManipulation::ClientToLocalOrderID(const CString& id) {

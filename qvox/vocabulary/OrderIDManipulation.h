@@ -25,13 +25,14 @@ class OrderIDManipulation {
     // Ten digits, zero-padded; 0 is replaced by a new identifier.
     static CString FormatLocalOrderID(ULONG localID);
     // For a length above 10, the text from position length - 10 to its terminator (the last ten
-    // characters when length is the text's own); otherwise the first length characters. A
-    // length of -1 (0xFFFFFFFF) means the text's own; a length past the terminator stops
-    // there. Null is "".
+    // characters when length is the text's own; "" when that position lies past the
+    // terminator); otherwise the whole text. A length of -1 (0xFFFFFFFF) means the text's own.
+    // Null is "".
     static CString ClientToLocalOrderID(const char* id, ULONG length);
     static CString ClientToLocalOrderID(const CString& id);
-    // Groups of four characters joined by "-", counted from the end: "12-3456-7890". Lengths as
-    // above; the empty text gives "".
+    // Groups of four characters joined by "-", counted from the end: "12-3456-7890". The first
+    // length characters, -1 meaning the text's own, never past the terminator; the empty text
+    // gives "".
     static CString FormatOrderID(const char* id, ULONG length);
     static CString FormatOrderID(const CString& id);
 };

@@ -19,20 +19,9 @@ using C = COrderBarProperties;
 class AdvancedString : public ::testing::Test {
   protected:
     void SetUp() override {
-        TIME_ZONE_INFORMATION rule;
-        rule.Bias = 300;
-        rule.DaylightBias = -60;
-        rule.StandardDate.wMonth = 11;
-        rule.StandardDate.wDay = 1;
-        rule.StandardDate.wHour = 2;
-        rule.DaylightDate.wMonth = 3;
-        rule.DaylightDate.wDay = 2;
-        rule.DaylightDate.wHour = 2;
-        SYSTEMTIME now;
-        now.wYear = 2025;
-        now.wMonth = 7;
-        now.wDay = 1;
-        now.wHour = 12;
+        // Year, month, weekday, day (here the week of the month), hour.
+        const TIME_ZONE_INFORMATION rule{300, {0, 11, 0, 1, 2}, 0, {0, 3, 0, 2, 2}, -60};
+        const SYSTEMTIME now{2025, 7, 0, 1, 12};
         PlatformServices services;
         services.time = std::make_shared<FixedTimeService>(rule, now, TIME_ZONE_ID_DAYLIGHT);
         scoped_ = std::make_unique<ScopedPlatformServices>(services);
@@ -76,10 +65,8 @@ TEST_F(AdvancedString, WorkedExampleBothWays) {
     EXPECT_TRUE(back.m_Tag == 7 && back.m_Peg == 1 && back.m_PegValue == "MID");
     EXPECT_TRUE(back.m_OCAGroupTag == "G1" && back.m_Bracket == false);
     EXPECT_TRUE(back.m_TrailType == 1 && back.m_TrailAmount == 5.0);
-    EXPECT_TRUE(back.m_ActivationRule == 1);
     const COleDateTime time(back.m_ActivationTime.value);
-    EXPECT_EQ(time.GetHour(), 9);
-    EXPECT_EQ(time.GetMinute(), 30);
+    EXPECT_TRUE(back.m_ActivationRule == 1 && time.GetHour() == 9 && time.GetMinute() == 30);
     EXPECT_EQ(time.GetDay(), 1);  // today's date, not the stored one
     EXPECT_TRUE(back.m_AutoPrice == "Improve" && back.m_AutoPriceIncrement == "2.000000");
     back.m_SymbolCategory = 2;
@@ -91,31 +78,24 @@ TEST_F(AdvancedString, WorkedExampleBothWays) {
     EXPECT_STREQ(
         order.GetAdvancePropertyAsString(false, AdvStringOmitTrailing | AdvStringOmitAutoPrice),
         "AON;SHWQTY=100;TAG=7;PEGVAL=MID;PEGINC=NONE;OCA=G1;TIM=09:30:00;");
-}
 
-TEST_F(AdvancedString, TimesInGmtAndLocal) {
-    const C order = WorkedExample();
+    // In GMT the times move by the zone rule of today's date.
     const CString gmt = order.GetAdvancePropertyAsString(true, AdvStringOmitAutoPrice);
     EXPECT_NE(gmt.Find("TIM=13:30:00;"), -1) << gmt.GetString();
-    C back;
-    back.SetAdvancePropertyFromString("EXP=13:30:05;TIM=25:00:00;", true);
-    const COleDateTime expires(back.m_ExpirationTime.value);
-    EXPECT_EQ(expires.GetHour(), 9);
-    EXPECT_EQ(expires.GetSecond(), 5);
+    C fromGmt;
+    fromGmt.SetAdvancePropertyFromString("EXP=13:30:05;TIM=25:00:00;", true);
+    const COleDateTime expires(fromGmt.m_ExpirationTime.value);
+    EXPECT_TRUE(expires.GetHour() == 9 && expires.GetSecond() == 5);
     // An hour past the day runs on into the next day instead of failing: 25:00 GMT is 01:00
     // GMT tomorrow, 21:00 local today.
-    EXPECT_TRUE(back.m_ActivationRule == 1);
-    EXPECT_EQ(COleDateTime(back.m_ActivationTime.value).GetHour(), 21);
+    EXPECT_TRUE(fromGmt.m_ActivationRule == 1);
+    EXPECT_EQ(COleDateTime(fromGmt.m_ActivationTime.value).GetHour(), 21);
 }
 
 // What the reader makes of each item the writer emits.
 TEST_F(AdvancedString, WriterAgainstReader) {
-    struct Row {
-        void (*fill)(C&);
-        const char* written;
-        void (*check)(const C&);
-    };
     // clang-format off
+    struct Row { void (*fill)(C&); const char* written; void (*check)(const C&); };
     const Row rows[] = {
         {[](C& o) { o.m_Discretionary = static_cast<SHORT>(1); o.m_DiscretionaryAmount = 0.05; },
          "DSCPR=0.050000;", [](const C& o) { EXPECT_TRUE(o.m_DiscretionaryAmount == 0.05); }},
@@ -168,8 +148,8 @@ TEST_F(AdvancedString, ReaderGrammar) {
     order.m_Locate = "L";
     order.m_Condition = "kept";
     order.SetAdvancePropertyFromString("", false);
-    EXPECT_FALSE(order.m_Locate.IsValid());    // the marks of the listed fields go
-    EXPECT_TRUE(order.m_Condition == "kept");  // the others stay
+    // The marks of the listed fields go, the others stay.
+    EXPECT_TRUE(!order.m_Locate.IsValid() && order.m_Condition == "kept");
 
     // clang-format off
     const struct { const char* text; void (*check)(const C&); } cases[] = {

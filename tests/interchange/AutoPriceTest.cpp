@@ -99,8 +99,7 @@ TEST(EffectivePrice, ByOrderTypeAndThroughTheTree) {
     EXPECT_NEAR(grandChild->GetEffectivePrice(0, 0, 1.0), 29.0, 1e-9);
 
     parent.SetEffectiveParentPrice(0, 0, 1.0);
-    EXPECT_TRUE(child->m_EffectiveParentPrice == 20.0);
-    EXPECT_TRUE(sibling->m_EffectiveParentPrice == 20.0);
+    EXPECT_TRUE(child->m_EffectiveParentPrice == 20.0 && sibling->m_EffectiveParentPrice == 20.0);
     EXPECT_TRUE(grandChild->m_EffectiveParentPrice == 30.0);
     // Without a parent the stored price stands in for it.
     C alone = Priced("Limit");
@@ -109,10 +108,10 @@ TEST(EffectivePrice, ByOrderTypeAndThroughTheTree) {
     alone.m_EffectiveParentPrice = 7.0;
     EXPECT_NEAR(alone.GetEffectivePrice(0, 0, 1.0), 7.01, 1e-9);
 
-    EXPECT_TRUE(limit.IsAutopriceOffsetNeeded(APTypeLimit));
-    EXPECT_TRUE(limit.IsAutopriceOffsetNeeded(APTypeLimitAlso));
-    EXPECT_FALSE(limit.IsAutopriceOffsetNeeded(APTypeStop));
-    EXPECT_FALSE(limit.IsAutopriceOffsetNeeded(static_cast<eQVAPType>(5)));
+    EXPECT_TRUE(limit.IsAutopriceOffsetNeeded(APTypeLimit) &&
+                limit.IsAutopriceOffsetNeeded(APTypeLimitAlso));
+    EXPECT_FALSE(limit.IsAutopriceOffsetNeeded(APTypeStop) ||
+                 limit.IsAutopriceOffsetNeeded(static_cast<eQVAPType>(5)));
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // rewrite of a chain into equal pairs, checked on fixed cases and on random chains.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <memory>
 #include <random>
 #include <set>
@@ -16,11 +15,9 @@ namespace {
 
 using C = COrderBarProperties;
 
-struct Shape {
-    char side;
-    const char* type;
-    LONG quantity;
-};
+// clang-format off
+struct Shape { char side; const char* type; LONG quantity; };
+// clang-format on
 
 void Fill(C& order, const Shape& shape) {
     order.m_Account = "ACC";
@@ -55,34 +52,19 @@ std::vector<std::string> Words(const C& head) {
 }
 
 TEST(Bracket, SideOfAnOrder) {
-    struct Row {
-        char side;
-        const char* type;
-        C::BracketSide expected;
-    } rows[] = {
-        {'B', "Limit", C::BracketSideLower},       {'C', "Market", C::BracketSideLower},
-        {'B', "Stop Limit", C::BracketSideUpper},  {'C', "", C::BracketSideUpper},
-        {'S', "Limit", C::BracketSideUpper},       {'T', "Limit", C::BracketSideUpper},
+    // clang-format off
+    const struct { char side; const char* type; C::BracketSide expected; } rows[] = {
+        {'B', "Limit", C::BracketSideLower}, {'C', "Market", C::BracketSideLower}, {'B', "Stop Limit", C::BracketSideUpper},
+        {'C', "", C::BracketSideUpper}, {'S', "Limit", C::BracketSideUpper}, {'T', "Limit", C::BracketSideUpper},
         {'S', "Stop Market", C::BracketSideLower}, {' ', "", C::BracketSideLower},
     };
-    for (const Row& row : rows) {
+    // clang-format on
+    for (const auto& row : rows) {
         C order;
         order.m_Side = static_cast<SHORT>(row.side);
         order.m_OrderType = row.type;
         EXPECT_EQ(order.CheckBracketSide(), row.expected) << row.side << " " << row.type;
     }
-}
-
-TEST(Bracket, WorkedExampleSplitsTheStop) {
-    C x;
-    Build(x, {{'S', "Stop Market", 100}, {'S', "Limit", 60}, {'S', "Limit", 40}});
-    ASSERT_TRUE(x.VerifyAndAdjustBracket());
-    EXPECT_EQ(Words(x), (std::vector<std::string>{"Stop Market 60", "Limit 60", "Stop Market 40",
-                                                  "Limit 40"}));
-    EXPECT_EQ(x.GetNumberOfBracket(), 2);
-    // Running it again changes nothing.
-    ASSERT_TRUE(x.VerifyAndAdjustBracket());
-    EXPECT_EQ(Words(x).size(), 4u);
 }
 
 TEST(Bracket, RewriteCases) {
@@ -91,39 +73,29 @@ TEST(Bracket, RewriteCases) {
         std::vector<Shape> chain;
         bool result;
         std::vector<std::string> after;
-    } rows[] = {
-        {"equal pair, head lower",
-         {{'B', "Limit", 5}, {'B', "Stop Market", 5}},
-         true,
-         {"Limit 5", "Stop Market 5"}},
-        {"equal pair, head upper",
-         {{'B', "Stop Market", 5}, {'B', "Limit", 5}},
-         true,
-         {"Stop Market 5", "Limit 5"}},
-        {"last pair stays unequal",
-         {{'B', "Limit", 10}, {'B', "Stop Market", 7}},
-         true,
-         {"Limit 10", "Stop Market 7"}},
-        {"third order has no partner",
-         {{'B', "Limit", 5}, {'B', "Stop Market", 5}, {'B', "Limit", 5}},
-         true,
-         {"Limit 5", "Stop Market 5"}},
-        {"negative quantity splits to positive",
-         {{'B', "Limit", -9}, {'B', "Stop Market", 4}, {'B', "Stop Market", 5}},
-         true,
-         {"Limit 5", "Stop Market 5", "Limit 4", "Stop Market 4"}},
-        {"head upper whose nearest partner is not first",
-         {{'B', "Stop Market", 3}, {'B', "Stop Market", 7}, {'B', "Limit", 7}},
-         true,
-         {"Stop Market 3", "Limit 3", "Stop Market 7", "Limit 4"}},
-        {"all on one side",
-         {{'B', "Limit", 5}, {'B', "Market", 3}},
-         false,
-         {"Limit 5", "Market 3"}},
     };
+    // clang-format off
+    const Row rows[] = {
+        {"worked example: the stop is split", {{'S', "Stop Market", 100}, {'S', "Limit", 60}, {'S', "Limit", 40}}, true,
+         {"Stop Market 60", "Limit 60", "Stop Market 40", "Limit 40"}},
+        {"equal pair, head lower", {{'B', "Limit", 5}, {'B', "Stop Market", 5}}, true, {"Limit 5", "Stop Market 5"}},
+        {"equal pair, head upper", {{'B', "Stop Market", 5}, {'B', "Limit", 5}}, true, {"Stop Market 5", "Limit 5"}},
+        {"last pair stays unequal", {{'B', "Limit", 10}, {'B', "Stop Market", 7}}, true, {"Limit 10", "Stop Market 7"}},
+        {"third order has no partner", {{'B', "Limit", 5}, {'B', "Stop Market", 5}, {'B', "Limit", 5}}, true,
+         {"Limit 5", "Stop Market 5"}},
+        {"negative quantity splits to positive", {{'B', "Limit", -9}, {'B', "Stop Market", 4}, {'B', "Stop Market", 5}}, true,
+         {"Limit 5", "Stop Market 5", "Limit 4", "Stop Market 4"}},
+        {"head upper whose nearest partner is not first", {{'B', "Stop Market", 3}, {'B', "Stop Market", 7}, {'B', "Limit", 7}}, true,
+         {"Stop Market 3", "Limit 3", "Stop Market 7", "Limit 4"}},
+        {"all on one side", {{'B', "Limit", 5}, {'B', "Market", 3}}, false, {"Limit 5", "Market 3"}},
+    };
+    // clang-format on
     for (const Row& row : rows) {
         C x;
         Build(x, row.chain);
+        EXPECT_EQ(x.VerifyAndAdjustBracket(), row.result) << row.name;
+        EXPECT_EQ(Words(x), row.after) << row.name;
+        // A second run finds every pair at once and changes nothing.
         EXPECT_EQ(x.VerifyAndAdjustBracket(), row.result) << row.name;
         EXPECT_EQ(Words(x), row.after) << row.name;
     }
@@ -142,7 +114,9 @@ TEST(Bracket, MismatchOrNoFlagLeavesTheChain) {
     EXPECT_EQ(Words(x), (std::vector<std::string>{"Limit 10", "Stop Market 4", "Stop Market 6"}));
 }
 
-TEST(Bracket, ChildBracketsAreReachedFromTheRootAndSplitsKeepTheParent) {
+// A split in a child chain: the new half has no parent of its own, and every walk of the graph
+// still holds with it standing behind the head.
+TEST(Bracket, ChildBracketsAreReachedFromTheRootAndSplitsHaveNoParent) {
     C root;
     root.m_Symbol = "ROOT";
     auto* head = new C;
@@ -150,25 +124,36 @@ TEST(Bracket, ChildBracketsAreReachedFromTheRootAndSplitsKeepTheParent) {
     ASSERT_NE(root.AddOSOChildOrder(head, true), nullptr);
     ASSERT_TRUE(root.VerifyAndAdjustBracket());
     ASSERT_EQ(root.GetOSOChild(0), head);
-    EXPECT_EQ(Words(*head).size(), 4u);
+    ASSERT_EQ(Words(*head).size(), 4u);
+    C* half = head->GetOCANext()->GetOCANext();
     for (const C* o = head; o != nullptr; o = o->GetOCANext())
-        EXPECT_EQ(o->GetOSOParent(), &root);
+        EXPECT_EQ(o->GetOSOParent(), o == half ? nullptr : &root);
+    EXPECT_FALSE(half->GetOrderCategory().Get().IsOSOChild());
+    EXPECT_TRUE(half->GetRootOrder() == head && half->GetGenerationCount() == 0);
+    EXPECT_TRUE(root.OrderContainsOrder(half, true));
+
+    // Adding refuses the half, from this graph and from another one; regrouping leaves it.
+    C other;
+    EXPECT_EQ(root.AddOSOChildOrder(half, true), nullptr);
+    EXPECT_EQ(other.AddOSOChildOrder(half, true), nullptr);
+    EXPECT_EQ(half->AddOSOChildOrder(&root, false), nullptr);
+    EXPECT_EQ(head->CreateOCAGroup(half), nullptr);
+    ASSERT_TRUE(root.VerifyAndAdjustBracket());
+    EXPECT_EQ(Words(*head).size(), 4u);
+    EXPECT_TRUE(root.RemoveOrder(half));
+    EXPECT_EQ(Words(*head).size(), 3u);
 }
 
 TEST(Bracket, PairQueries) {
     C x;
-    Build(x, {{'B', "Limit", 1},
-              {'B', "Stop Limit", 1},
-              {'B', "Limit", 1},
-              {'B', "Stop Limit", 1},
-              {'B', "Limit", 1}});
+    // clang-format off
+    Build(x, {{'B', "Limit", 1}, {'B', "Stop Limit", 1}, {'B', "Limit", 1}, {'B', "Stop Limit", 1}, {'B', "Limit", 1}});
+    // clang-format on
     std::vector<C*> chain;
     for (C* o = &x; o != nullptr; o = o->GetOCANext())
         chain.push_back(o);
     EXPECT_EQ(x.GetNumberOfBracket(), 2);
-    EXPECT_TRUE(chain[0]->IsBrkFirst());
-    EXPECT_TRUE(chain[1]->IsBrkFirst());
-    EXPECT_FALSE(chain[2]->IsBrkFirst());
+    EXPECT_TRUE(chain[0]->IsBrkFirst() && chain[1]->IsBrkFirst() && !chain[2]->IsBrkFirst());
     EXPECT_TRUE(chain[3]->IsOCOBracket());
 
     // Quantity to the partner: 1 -> 0 and 2 -> 3; the last order has none.
@@ -178,8 +163,7 @@ TEST(Bracket, PairQueries) {
     chain[2]->UpdateBracketProperty(15, true);
     chain[4]->m_Quantity = 90;
     chain[4]->UpdateBracketProperty(15, true);
-    EXPECT_EQ(chain[0]->m_Quantity.value, 40);
-    EXPECT_EQ(chain[3]->m_Quantity.value, 70);
+    EXPECT_TRUE(chain[0]->m_Quantity == 40 && chain[3]->m_Quantity == 70);
     EXPECT_EQ(chain[2]->m_Quantity.value, 70);
 
     // An account to every order, whose keys lose their marks, this order's too.
@@ -187,17 +171,13 @@ TEST(Bracket, PairQueries) {
         o->m_OrderKey = "K";
     chain[2]->m_Account = "NEW";
     chain[2]->UpdateBracketProperty(30, false);
-    for (C* o : chain) {
-        EXPECT_EQ(o->m_Account.GetText(), "NEW");
-        EXPECT_FALSE(o->m_OrderKey.IsValid());
-    }
+    for (C* o : chain)
+        EXPECT_TRUE(o->m_Account == "NEW" && !o->m_OrderKey.IsValid());
 
     // A chain of two limits is no bracket, nor is an order alone.
-    C two;
+    C two, alone;
     Build(two, {{'B', "Limit", 1}, {'B', "Limit", 1}});
-    EXPECT_FALSE(two.IsOCOBracket());
-    C alone;
-    EXPECT_FALSE(alone.IsOCOBracket());
+    EXPECT_FALSE(two.IsOCOBracket() || alone.IsOCOBracket());
 }
 
 // Random chains: after the rewrite the head is the head, the links agree, pairs alternate

@@ -32,12 +32,9 @@ TEST(Record, AssignmentMergesMarkedFieldsOnly) {
     source.m_EffectiveParentPrice = 1.0;  // never copied
     source.m_Locate = "LOC1";             // carried though never compared
     target = source;
-    EXPECT_TRUE(target.m_Quantity == 300);
-    EXPECT_TRUE(target.m_Symbol == "MSFT");
-    EXPECT_TRUE(target.m_OCAGroupTag == "G1");
-    EXPECT_FALSE(target.m_Bracket.valid);
-    EXPECT_FALSE(target.m_EffectiveParentPrice.valid);
-    EXPECT_TRUE(target.m_Locate == "LOC1");
+    EXPECT_TRUE(target.m_Quantity == 300 && target.m_Symbol == "MSFT");
+    EXPECT_TRUE(target.m_OCAGroupTag == "G1" && target.m_Locate == "LOC1");
+    EXPECT_FALSE(target.m_Bracket.valid || target.m_EffectiveParentPrice.valid);
 
     // Copy construction marks m_Bracket false; the group modes carry the group fields.
     const C orderOnly(source, C::eCopyOrderOnly);
@@ -47,6 +44,22 @@ TEST(Record, AssignmentMergesMarkedFieldsOnly) {
     C unchanged = MakeOrder("X", 1);
     unchanged.Copy(source, static_cast<C::ECopyMode>(9));
     EXPECT_TRUE(unchanged.m_Quantity == 1);
+
+    // InValidAll keeps values and legs; without the leg count a copy no longer reaches the legs.
+    C invalidated = MakeOrder("IBM", 100);
+    invalidated.m_LegCount = static_cast<SHORT>(2);
+    invalidated.m_Legs[0].m_Quantity = 5;
+    invalidated.m_EffectiveParentPrice = 3.0;
+    invalidated.InValidAll();
+    EXPECT_FALSE(invalidated.m_Symbol.IsValid() || invalidated.m_Quantity.valid ||
+                 invalidated.m_LegCount.valid);
+    EXPECT_TRUE(invalidated.m_Symbol.GetText() == "IBM" && invalidated.m_Quantity.value == 100);
+    EXPECT_TRUE(invalidated.m_Legs[0].m_Quantity.valid && invalidated.m_EffectiveParentPrice.valid);
+    // Without the leg count, a copy no longer reaches the legs.
+    C legTarget;
+    legTarget.Copy(invalidated, C::eCopyOrderOnly);
+    EXPECT_FALSE(legTarget.m_Legs[0].m_Quantity.valid);
+    EXPECT_EQ(invalidated.GetAdditionalLeg(0), nullptr);
 }
 
 TEST(Record, ComparisonRules) {
@@ -88,24 +101,6 @@ TEST(Record, ComparisonRules) {
     legs.m_LegCount = static_cast<SHORT>(1);
     legsB.m_LegCount = static_cast<SHORT>(1);
     EXPECT_TRUE(legs == legsB);
-}
-
-TEST(Record, InValidAllKeepsValuesAndLegs) {
-    C order = MakeOrder("IBM", 100);
-    order.m_LegCount = static_cast<SHORT>(2);
-    order.m_Legs[0].m_Quantity = 5;
-    order.m_EffectiveParentPrice = 3.0;
-    order.InValidAll();
-    EXPECT_FALSE(order.m_Symbol.IsValid() || order.m_Quantity.valid || order.m_LegCount.valid);
-    EXPECT_STREQ(CString(order.m_Symbol), "IBM");
-    EXPECT_EQ(order.m_Quantity.value, 100);
-    EXPECT_TRUE(order.m_Legs[0].m_Quantity.valid);
-    EXPECT_TRUE(order.m_EffectiveParentPrice.valid);
-    // Without the leg count, a copy no longer reaches the legs.
-    C target;
-    target.Copy(order, C::eCopyOrderOnly);
-    EXPECT_FALSE(target.m_Legs[0].m_Quantity.valid);
-    EXPECT_EQ(order.GetAdditionalLeg(0), nullptr);
 }
 
 TEST(Record, PricesFollowTheOrderType) {
@@ -156,8 +151,7 @@ TEST(Record, LotsByQuantityType) {
     untyped.m_QuantityType = static_cast<SHORT>('#');
     untyped.m_LotSize = 100;
     untyped.SetLots(ValidDataT<LONG>(3));
-    EXPECT_EQ(untyped.m_Quantity.value, 300);
-    untyped.SetLots(ValidDataT<LONG>());
+    untyped.SetLots(ValidDataT<LONG>());  // unmarked: nothing
     EXPECT_EQ(untyped.m_Quantity.value, 300);
 }
 
@@ -207,8 +201,8 @@ TEST(Record, CategoryBitsAndLegs) {
     order.m_LegCount = static_cast<SHORT>(3);
     EXPECT_TRUE(order.GetOrderCategory().Get().IsSpread());
     EXPECT_EQ(order.GetAdditionalLegCount(), 3u);
-    EXPECT_EQ(order.GetAdditionalLeg(1), &order.m_Legs[1]);
-    EXPECT_EQ(order.GetAdditionalLeg(3), nullptr);
+    EXPECT_TRUE(order.GetAdditionalLeg(1) == &order.m_Legs[1] &&
+                order.GetAdditionalLeg(3) == nullptr);
     order.m_LegCount = static_cast<SHORT>(9);  // more than the record holds
     EXPECT_EQ(order.GetAdditionalLeg(3), nullptr);
     C copy;

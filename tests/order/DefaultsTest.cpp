@@ -2,7 +2,6 @@
 // saved value leaves behind.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 #include "qvox/order/COrderBarProperties.h"
@@ -43,26 +42,19 @@ class Defaults : public ::testing::Test {
 };
 
 TEST_F(Defaults, FactoryValuesByAssetClass) {
-    struct Row {
-        ULONG category;
-        LONG quantity;
-        bool equitiesOnly;  // m_Short82
-        bool options;       // m_OpenClose 'O'
-        bool pegAndShow;
-    } rows[] = {{2, 500, true, false, true},
-                {3, 5, false, true, true},
-                {8, 5, false, true, true},
-                {0, 1, false, false, false},
-                {12, 1, false, false, false}};
-    for (const Row& row : rows) {
+    // equitiesOnly: m_Short82 is set; options: m_OpenClose is 'O'.
+    // clang-format off
+    const struct { ULONG category; LONG quantity; bool equitiesOnly, options, pegAndShow; } rows[] = {
+        {2, 500, true, false, true}, {3, 5, false, true, true}, {8, 5, false, true, true},
+        {0, 1, false, false, false}, {12, 1, false, false, false}};
+    // clang-format on
+    for (const auto& row : rows) {
         C order;
         order.LoadDefaults(row.category, true);
-        EXPECT_EQ(order.m_Duration, "Day");
+        EXPECT_TRUE(order.m_Duration == "Day" && order.m_OrderType == "Limit" &&
+                    order.m_Route == "Intelligent" && order.m_AutoPrice3 == "");
         EXPECT_EQ(order.m_Quantity, row.quantity) << row.category;
         EXPECT_EQ(order.m_QuantityType, static_cast<SHORT>('#'));
-        EXPECT_EQ(order.m_OrderType, "Limit");
-        EXPECT_EQ(order.m_Route, "Intelligent");
-        EXPECT_EQ(order.m_AutoPrice3, "");
         EXPECT_EQ(order.m_Short82.valid, row.equitiesOnly) << row.category;
         EXPECT_EQ(order.m_OpenClose == static_cast<SHORT>('O'), row.options) << row.category;
         EXPECT_EQ(order.m_PegValue == "BEST", row.pegAndShow) << row.category;
@@ -87,13 +79,11 @@ TEST_F(Defaults, SavedValuesOnlyWithOverwrite) {
     order.LoadFuturesDefaults(true);
     EXPECT_EQ(order.m_Quantity.value, 3);
     EXPECT_EQ(order.m_Duration.GetText(), "GTC");
-}
 
-TEST_F(Defaults, QuantityTypeDecidesWhichQuantityIsRead) {
+    // The quantity type decides which quantity is read.
     PutNumber(kEquities, "QtyType", 36);
     PutNumber(kEquities, "QtyDollar", 250);
     PutText(kEquities, "DefQty", "900");
-    C order;
     order.LoadEquitiesDefaults(true);
     EXPECT_EQ(order.m_QuantityType.value, 36);
     EXPECT_EQ(order.m_Quantity.value, 250);
@@ -107,11 +97,9 @@ TEST_F(Defaults, BadSavedValuesLeaveTheFactoryValues) {
     Put(kEquities, "DefQty", REG_EXPAND_SZ, "%QTY%", 6);       // taken, not expanded
     C order;
     order.LoadEquitiesDefaults(true);
-    EXPECT_EQ(order.m_Duration.GetText(), "Day");
-    EXPECT_EQ(order.m_OrderType.GetText(), "Limit");
+    EXPECT_TRUE(order.m_Duration == "Day" && order.m_OrderType == "Limit");
     EXPECT_EQ(order.m_Route.GetText(), "Intelligent");
-    EXPECT_EQ(order.m_QuantityType.value, '#');
-    EXPECT_EQ(order.m_Quantity.value, 0);
+    EXPECT_TRUE(order.m_QuantityType == '#' && order.m_Quantity == 0);
 
     PutText(kEquities, "DefDuration", std::string(99, 'y'));
     order.LoadEquitiesDefaults(true);
@@ -128,10 +116,8 @@ TEST_F(Defaults, SaveThenLoadRoundTrips) {
     saved.SaveDefaults(kEquities);
     C loaded;
     loaded.LoadEquitiesDefaults(true);
-    EXPECT_EQ(loaded.m_Duration.GetText(), "GTC");
-    EXPECT_EQ(loaded.m_Route.GetText(), "ARCX");
-    EXPECT_EQ(loaded.m_OrderType.GetText(), "Market");
-    EXPECT_EQ(loaded.m_Quantity.value, 1200);
+    EXPECT_TRUE(loaded.m_Duration == "GTC" && loaded.m_Route == "ARCX");
+    EXPECT_TRUE(loaded.m_OrderType == "Market" && loaded.m_Quantity == 1200);
 
     // A negative quantity type is written with its sign and read back as its low 16 bits.
     saved.m_QuantityType = static_cast<SHORT>(-2);

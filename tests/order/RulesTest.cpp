@@ -18,14 +18,13 @@ C* WithAccount(const char* account, char side = 'B') {
     return order;
 }
 
-TEST(Rules, AccountsAgreeWithinEachChain) {
+TEST(Rules, AccountsSidesAndDeletionThroughAGraph) {
     C head;
     head.m_Account = "A";
     C* second = head.AddOrderToOCAGroup(WithAccount("A"), true);
     C* third = head.AddOrderToOCAGroup(WithAccount("B"), true);
     CString error = "untouched";
-    EXPECT_TRUE(second->IsValidRelation(error));  // not a head: checks its children only
-    EXPECT_EQ(error, "untouched");
+    EXPECT_TRUE(second->IsValidRelation(error) && error == "untouched");  // not a head
     EXPECT_FALSE(head.IsValidRelation(error));
     EXPECT_EQ(error, "All orders in an OCO/Bracket group should have same account.");
 
@@ -40,49 +39,30 @@ TEST(Rules, AccountsAgreeWithinEachChain) {
     C* grandchild = child->AddOSOChildOrder(WithAccount("Y"), true);
     grandchild->AddOrderToOCAGroup(WithAccount("Y"), true);
     EXPECT_TRUE(head.IsValidRelation(error));
-    grandchild->AddOrderToOCAGroup(WithAccount("X"), true);
+    C* last = grandchild->AddOrderToOCAGroup(WithAccount("X"), true);
     EXPECT_FALSE(head.IsValidRelation(error));
     C alone;
     EXPECT_TRUE(alone.IsValidRelation(error));
-}
 
-TEST(Rules, EveryOrderNeedsASide) {
-    C head;
+    // Every order of the graph needs a side; ' ' counts as none.
     head.m_Side = static_cast<SHORT>('S');
-    C* behind = head.AddOrderToOCAGroup(WithAccount("A", 'B'), true);
-    C* child = head.AddOSOChildOrder(WithAccount("A", 'B'), true);
     EXPECT_TRUE(head.IsValidAction());
-    behind->m_Side = static_cast<SHORT>(' ');
+    last->m_Side = static_cast<SHORT>(' ');
     EXPECT_FALSE(head.IsValidAction());
-    behind->m_Side = static_cast<SHORT>('B');
-    child->m_Side.valid = false;
+    last->m_Side = static_cast<SHORT>('B');
+    third->m_Side.valid = false;
     EXPECT_FALSE(head.IsValidAction());
-}
 
-TEST(Rules, WhatMayBeDeleted) {
-    C root;
-    C* second = root.AddOrderToOCAGroup(WithAccount("A"), true);
-    C* third = root.AddOrderToOCAGroup(WithAccount("A"), true);
-    C* child = second->AddOSOChildOrder(WithAccount("A"), true);
-    const C& any = *third;  // the record asked plays no part
-    EXPECT_FALSE(any.CanDelete(&root));
-    EXPECT_TRUE(any.CanDelete(second));
-    root.UpdateGroupBracketFlag(true);
-    EXPECT_FALSE(any.CanDelete(second));
-    EXPECT_TRUE(any.CanDelete(third));
-    EXPECT_TRUE(any.CanDelete(child));
-    EXPECT_FALSE(any.CanDelete(nullptr));
+    // What may be deleted: never the root, and not the first pair of a bracket at the top. The
+    // record asked plays no part.
+    EXPECT_TRUE(!alone.CanDelete(&head) && alone.CanDelete(third) && !alone.CanDelete(nullptr));
+    head.UpdateGroupBracketFlag(true);
+    EXPECT_TRUE(!alone.CanDelete(second) && alone.CanDelete(third) && alone.CanDelete(child));
 }
 
 TEST(Rules, CategoryMovesRestateSideAndOpenClose) {
-    struct Row {
-        LONG from;
-        LONG to;
-        char side;
-        char openClose;
-        char sideAfter;
-        char openCloseAfter;
-    } rows[] = {
+    // clang-format off
+    const struct { LONG from, to; char side, openClose, sideAfter, openCloseAfter; } rows[] = {
         {0, 3, 'B', ' ', 'B', 'O'},  {0, 8, 'S', ' ', 'S', 'C'}, {2, 3, 'B', ' ', 'B', 'O'},
         {2, 3, 'C', ' ', 'B', 'C'},  {2, 8, 'S', ' ', 'S', 'C'}, {2, 3, 'T', ' ', 'S', 'O'},
         {2, 0, 'C', 'x', 'B', 'x'},  {2, 0, 'T', 'x', 'S', 'x'}, {3, 2, 'B', 'O', 'B', 'O'},
@@ -90,7 +70,8 @@ TEST(Rules, CategoryMovesRestateSideAndOpenClose) {
         {3, 0, 'S', 'O', 'S', 'O'},  {0, 2, 'S', 'x', 'S', 'x'}, {3, 8, 'B', 'O', 'B', 'O'},
         {12, 3, 'B', 'x', 'B', 'x'}, {2, 3, 'X', 'x', 'X', 'x'},
     };
-    for (const Row& row : rows) {
+    // clang-format on
+    for (const auto& row : rows) {
         C order;
         order.m_SymbolCategory = row.from;
         order.m_Side = static_cast<SHORT>(row.side);
@@ -102,20 +83,18 @@ TEST(Rules, CategoryMovesRestateSideAndOpenClose) {
         EXPECT_EQ(order.m_OpenClose.value, row.openCloseAfter) << where;
         EXPECT_EQ(order.m_SymbolCategory, row.to) << where;
     }
-    // A short sale survives the trip to options and back.
+    // A short sale survives the trip to options and back; without a category there is nothing
+    // to restate from.
     C order;
     order.m_SymbolCategory = 2;
     order.m_Side = static_cast<SHORT>('T');
     order.UpdateOrderPropertyAccordingToCategory(3);
     order.UpdateOrderPropertyAccordingToCategory(2);
     EXPECT_EQ(order.m_Side.value, 'T');
-    // Without a category there is nothing to restate from.
     C fresh;
     fresh.m_Side = static_cast<SHORT>('T');
     fresh.UpdateOrderPropertyAccordingToCategory(3);
-    EXPECT_EQ(fresh.m_Side.value, 'T');
-    EXPECT_FALSE(fresh.m_OpenClose.valid);
-    EXPECT_EQ(fresh.m_SymbolCategory, 3);
+    EXPECT_TRUE(fresh.m_Side == 'T' && !fresh.m_OpenClose.valid && fresh.m_SymbolCategory == 3);
 }
 
 TEST(Rules, AdvancedOptionsOff) {
@@ -128,8 +107,7 @@ TEST(Rules, AdvancedOptionsOff) {
     C invalidated = order;
     invalidated.InvalidateAdvanceOption();
     EXPECT_FALSE(invalidated.m_AllOrNone.valid);
-    EXPECT_TRUE(invalidated.m_Condition.IsValid());
-    EXPECT_EQ(invalidated.m_Condition.GetText(), "");
+    EXPECT_TRUE(invalidated.m_Condition == "");
     order.RestAllAdvanceOption();
     EXPECT_EQ(order.m_AllOrNone.value, -1);
     EXPECT_EQ(order.m_TrailType, static_cast<SHORT>(0));
@@ -148,13 +126,11 @@ TEST(Rules, AutoPriceWords) {
     EXPECT_EQ(order.m_AutoPrice.GetText(), "Improve");
     EXPECT_EQ(order.GetAutoPrice(), AutoPriceImprove);
     order.SetStopAutoPrice(AutoPriceNone);
-    EXPECT_TRUE(order.m_StopAutoPrice.IsValid());
-    EXPECT_EQ(order.m_StopAutoPrice.GetText(), "");
+    EXPECT_TRUE(order.m_StopAutoPrice == "");
     order.SetAutoPriceIncrement(2, 2);
     EXPECT_EQ(order.GetAutoPriceIncrement(), 2);
     order.SetAutoPriceIncrement(0, 2);
-    EXPECT_TRUE(order.m_AutoPriceIncrement.IsValid());
-    EXPECT_EQ(order.m_AutoPriceIncrement.GetText(), "");
+    EXPECT_TRUE(order.m_AutoPriceIncrement == "");
     C unset;
     unset.SetAutoPriceIncrement(0, 2);
     EXPECT_FALSE(unset.m_AutoPriceIncrement.IsValid());

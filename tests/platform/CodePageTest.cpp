@@ -38,9 +38,8 @@ TEST(CodePage, TableAgainstKnownCharacters) {
     for (const char32_t code :
          {U'\u0080', U'\u0100', char32_t{0xD800}, U'\uFFFD', char32_t{0x110000}})
         EXPECT_EQ(UnicodeToCp1252(code), -1) << static_cast<unsigned>(code);
-}
 
-TEST(CodePage, EveryByteRoundTripsThroughEachEncoding) {
+    // Every byte through each encoding and back.
     const std::string all = AllBytes();
     EXPECT_EQ(Utf16ToCp1252(Cp1252ToUtf16(all)), all);
     EXPECT_EQ(WideToCp1252(Cp1252ToWide(all)), all);
@@ -58,15 +57,9 @@ TEST(CodePage, UnmappableAndBrokenUnicodeBecomesQuestionMarks) {
     const wchar_t wide[] = {L'\u2122', static_cast<wchar_t>(0xDC00), L'y'};
     EXPECT_EQ(WideToCp1252(std::wstring_view(wide, 3)), "\x99?y");
 
-    const struct {
-        const char* utf8;
-        const char* expected;
-    } rows[] = {
-        {"a\xC2\xBD"
-         "b",
-         "a\xBD"
-         "b"},
-        {"\xE2\x82\xAC\xC5\x93", "\x80\x9C"},
+    // clang-format off
+    const struct { const char* utf8; const char* expected; } rows[] = {
+        {"a\xC2\xBD" "b", "a\xBD" "b"}, {"\xE2\x82\xAC\xC5\x93", "\x80\x9C"},
         {"\xF0\x9F\x98\x80", "?"},          // valid, but not in the code page
         {"\xEF\xBB\xBF", "?"},              // a byte-order mark is a character like any other
         {"\x80\xBF", "??"},                 // continuation bytes without a lead
@@ -79,6 +72,7 @@ TEST(CodePage, UnmappableAndBrokenUnicodeBecomesQuestionMarks) {
         {"\xF8\x88\x80\x80\x80", "?????"},  // five-byte form
         {"\xFF\xFE", "??"},
     };
+    // clang-format on
     for (const auto& r : rows)
         EXPECT_EQ(Utf8ToCp1252(r.utf8), r.expected) << r.utf8;
 

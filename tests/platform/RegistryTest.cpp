@@ -25,6 +25,10 @@ LONG SetText(HKEY key, const char* name, const char* text) {
                           static_cast<DWORD>(std::strlen(text) + 1));
 }
 
+LONG Create(HKEY parent, const char* path, REGSAM access, HKEY* key, DWORD* disposition = nullptr) {
+    return RegCreateKeyExA(parent, path, 0, nullptr, 0, access, nullptr, key, disposition);
+}
+
 std::string GetText(HKEY key, const char* name) {
     char buffer[64] = {};
     DWORD size = sizeof(buffer);
@@ -45,9 +49,9 @@ class Registry : public ::testing::Test {
 TEST_F(Registry, ValuesRoundTripWithTheSizeProtocol) {
     HKEY key = nullptr;
     DWORD disposition = 0;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Q\\Order Entry", 0, nullptr, 0,
-                              KEY_ALL_ACCESS, nullptr, &key, &disposition),
-              ERROR_SUCCESS);
+    ASSERT_EQ(
+        Create(HKEY_CURRENT_USER, "Software\\Q\\Order Entry", KEY_ALL_ACCESS, &key, &disposition),
+        ERROR_SUCCESS);
     EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
     EXPECT_EQ(SetText(key, "DefType", "Limit"), ERROR_SUCCESS);
     const DWORD number = 0x01020304;
@@ -58,8 +62,7 @@ TEST_F(Registry, ValuesRoundTripWithTheSizeProtocol) {
     DWORD type = 0;
     DWORD size = 0;
     EXPECT_EQ(RegQueryValueExA(key, "deftype", nullptr, &type, nullptr, &size), ERROR_SUCCESS);
-    EXPECT_EQ(type, REG_SZ);
-    EXPECT_EQ(size, 6u);  // the terminator counts
+    EXPECT_TRUE(type == REG_SZ && size == 6u);  // the terminator counts
     BYTE small[3] = {};
     size = sizeof(small);
     EXPECT_EQ(RegQueryValueExA(key, "DefType", nullptr, nullptr, small, &size), ERROR_MORE_DATA);
@@ -69,8 +72,7 @@ TEST_F(Registry, ValuesRoundTripWithTheSizeProtocol) {
     EXPECT_EQ(
         RegQueryValueExA(key, "QTYTYPE", nullptr, &type, reinterpret_cast<BYTE*>(&read), &size),
         ERROR_SUCCESS);
-    EXPECT_EQ(type, REG_DWORD);
-    EXPECT_EQ(read, number);
+    EXPECT_TRUE(type == REG_DWORD && read == number);
     EXPECT_EQ(RegQueryValueExA(key, "Nothing", nullptr, &type, nullptr, &size),
               ERROR_FILE_NOT_FOUND);
     ASSERT_EQ(RegCloseKey(key), ERROR_SUCCESS);
@@ -80,10 +82,7 @@ TEST_F(Registry, ValuesRoundTripWithTheSizeProtocol) {
               ERROR_SUCCESS);
     EXPECT_EQ(GetText(key, "DefType"), "Limit");
     RegCloseKey(key);
-    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\Q", 0, KEY_READ, &key), ERROR_SUCCESS);
-    RegCloseKey(key);
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "software\\Q", 0, nullptr, 0, KEY_READ, nullptr,
-                              &key, &disposition),
+    ASSERT_EQ(Create(HKEY_CURRENT_USER, "software\\Q", KEY_READ, &key, &disposition),
               ERROR_SUCCESS);
     EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
     RegCloseKey(key);
@@ -91,13 +90,10 @@ TEST_F(Registry, ValuesRoundTripWithTheSizeProtocol) {
 
 TEST_F(Registry, RightsPathsAndHandles) {
     HKEY key = nullptr;
-    ASSERT_EQ(
-        RegCreateKeyExA(HKEY_CURRENT_USER, "A", 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr),
-        ERROR_SUCCESS);
+    ASSERT_EQ(Create(HKEY_CURRENT_USER, "A", KEY_READ, &key), ERROR_SUCCESS);
     EXPECT_EQ(SetText(key, "V", "x"), ERROR_ACCESS_DENIED);
     HKEY sub = nullptr;
-    EXPECT_EQ(RegCreateKeyExA(key, "B", 0, nullptr, 0, KEY_READ, nullptr, &sub, nullptr),
-              ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Create(key, "B", KEY_READ, &sub), ERROR_ACCESS_DENIED);
     RegCloseKey(key);
     ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "A", 0, KEY_WRITE, &key), ERROR_SUCCESS);
     EXPECT_EQ(SetText(key, "V", "x"), ERROR_SUCCESS);

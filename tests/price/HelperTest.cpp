@@ -31,16 +31,16 @@ TEST(BaseCodes, ClassifiesEveryChar) {
         EXPECT_EQ(Helper::IsBaseCodeDecimal(c), 1);
     EXPECT_EQ(Helper::IsBaseCodeDecimal('t'), 0);
     EXPECT_EQ(Helper::IsBaseCodeDecimal('M'), 0);
-}
 
-TEST(BaseCodes, ScaleTexts) {
-    EXPECT_STREQ(Helper::GetPriceScaleString('a'), "10000");
-    EXPECT_STREQ(Helper::GetPriceScaleString('e'), "As is");
-    EXPECT_STREQ(Helper::GetPriceScaleString('l'), "1/64");
-    EXPECT_STREQ(Helper::GetPriceScaleString('t'), "1/10 and \xBC of 10th");
-    EXPECT_STREQ(Helper::GetPriceScaleString('y'), "1/64 and \xBD of 64th");
-    EXPECT_STREQ(Helper::GetPriceScaleString('z'), "Display 1/100 truncated, Calc 1/1000");
-    EXPECT_STREQ(Helper::GetPriceScaleString('7'), "1/100");
+    // The texts of the scales.
+    // clang-format off
+    const struct { char code; const char* text; } texts[] = {
+        {'a', "10000"}, {'e', "As is"}, {'l', "1/64"}, {'t', "1/10 and \xBC of 10th"},
+        {'y', "1/64 and \xBD of 64th"}, {'z', "Display 1/100 truncated, Calc 1/1000"}, {'7', "1/100"},
+    };
+    // clang-format on
+    for (const auto& t : texts)
+        EXPECT_STREQ(Helper::GetPriceScaleString(t.code), t.text) << t.code;
     EXPECT_EQ(Helper::GetPriceScaleString('L'), nullptr);
 }
 
@@ -64,20 +64,22 @@ TEST(Strncopy, AlwaysTerminates) {
     EXPECT_STREQ(HelperAccess::strncopy(out, "abc", 1), "");
     std::memset(out, 'x', sizeof out);
     EXPECT_STREQ(HelperAccess::strncopy(out, "abc", 0), "");
-    EXPECT_STREQ(HelperAccess::strncopy(out, nullptr, 8), "");
-    EXPECT_EQ(HelperAccess::strncopy(nullptr, "abc", 8), nullptr);
+    EXPECT_TRUE(*HelperAccess::strncopy(out, nullptr, 8) == '\0' &&
+                HelperAccess::strncopy(nullptr, "abc", 8) == nullptr);
 }
 
 TEST(PiecesAndDecimals, ConvertBothWays) {
     EXPECT_EQ(Helper::Pieces2Decimal(5, 'a'), 50000.0);
     EXPECT_EQ(Helper::Pieces2Decimal(5, '?'), 0.05);
     EXPECT_EQ(Helper::Pieces2Decimal(6617, 'L'), 103.390625);
-    EXPECT_EQ(Helper::Decimal2Pieces(0.5, 'e'), 1);
-    EXPECT_EQ(Helper::Decimal2Pieces(-0.5, 'e'), -1);
-    EXPECT_EQ(Helper::Decimal2Pieces(2147483647.0, 'e'), 0);
-    EXPECT_EQ(Helper::Decimal2Pieces(103.390625, 'l'), 6617);
-    EXPECT_EQ(Helper::Decimal2Pieces(12345.0, 'c'), 123);  // 123.45 pieces of 100
-    EXPECT_EQ(Helper::Decimal2Pieces(kNaN, 'm'), 0);
+    // clang-format off
+    const struct { double value; char code; LONG pieces; } cases[] = {
+        {0.5, 'e', 1}, {-0.5, 'e', -1}, {2147483647.0, 'e', 0}, {103.390625, 'l', 6617},
+        {12345.0, 'c', 123}, {kNaN, 'm', 0},  // 123.45 pieces of 100 are cut
+    };
+    // clang-format on
+    for (const auto& c : cases)
+        EXPECT_EQ(Helper::Decimal2Pieces(c.value, c.code), c.pieces) << c.value << ' ' << c.code;
     EXPECT_EQ(Helper::GetBaseCodeDecimalFactor('b'), 1000.0);
     EXPECT_EQ(Helper::GetBaseCodeDecimalFactor('K'), 1.0 / 32);
     EXPECT_EQ(Helper::GetBaseCodeDecimalFactor('#'), 0.01);
@@ -149,22 +151,25 @@ TEST(Value2Pieces, TakesTheSignFromTheWholePart) {
 }
 
 TEST(ConvertPieces, TruncatesAndGuards) {
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(25, 'm', 'k'), 8);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(6617, 'l', 'R'), 26468);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(3, 'm', 'f'), 0);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(-3, 'm', 'f'), 0);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(7, 'a', 'e'), 70000);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(5, '1', 'e'), 5);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(5, 'M', 'm'), 5);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(INT32_MAX, 'e', 'm'), 0);
-    // A million pieces per unit against a factor of 10000 wraps the 32-bit numerator.
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(1, 'a', 'w'),
-              wrap32::mul(1000000, 10000));
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2Ex(3, 'm', 'm', 2.5), 7);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2Ex(-3, '?', 'm', 2.5), -7);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2Ex(25, 'm', 'k', 2.0), 16);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2Ex(INT32_MAX, 'm', 'm', 1.0), 0);
-    EXPECT_EQ(Helper::ConvertPieces_From_BaseCode1_To_BaseCode2Ex(5, 'm', 'k', kNaN), 0);
+    // A million pieces per unit against a factor of 10000 wraps the 32-bit numerator ('a' to
+    // 'w'); 0 is the factor NaN, and every overflow of the result.
+    // clang-format off
+    const struct { LONG pieces; char from, to; double factor; LONG expected; } cases[] = {
+        {25, 'm', 'k', 0, 8}, {6617, 'l', 'R', 0, 26468}, {3, 'm', 'f', 0, 0}, {-3, 'm', 'f', 0, 0},
+        {7, 'a', 'e', 0, 70000}, {5, '1', 'e', 0, 5}, {5, 'M', 'm', 0, 5}, {INT32_MAX, 'e', 'm', 0, 0},
+        {1, 'a', 'w', 0, wrap32::mul(1000000, 10000)},
+        {3, 'm', 'm', 2.5, 7}, {-3, '?', 'm', 2.5, -7}, {25, 'm', 'k', 2.0, 16},
+        {INT32_MAX, 'm', 'm', 1.0, 0}, {5, 'm', 'k', kNaN, 0},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.factor == 0
+                      ? Helper::ConvertPieces_From_BaseCode1_To_BaseCode2(c.pieces, c.from, c.to)
+                      : Helper::ConvertPieces_From_BaseCode1_To_BaseCode2Ex(c.pieces, c.from, c.to,
+                                                                            c.factor),
+                  c.expected)
+            << c.pieces << ' ' << c.from << c.to << ' ' << c.factor;
+    }
 }
 
 TEST(ConvertPieces, FamiliesAndPrecision) {
@@ -191,17 +196,18 @@ TEST(Numbers, DecimalsOfAScaleAndCommonFactors) {
     for (const auto& c : scales) {
         EXPECT_EQ(Helper::GetNumberOfDecimalsFromPriceScale(c.scale), c.decimals) << c.scale;
     }
-    EXPECT_EQ(Helper::GCF(12, 18), 6);
-    EXPECT_EQ(Helper::GCF(0, -5), 5);
+    // clang-format off
+    const struct { LONG a, b, gcf, gcd; } factors[] = {
+        {12, 18, 6, 6}, {0, -5, 5, -5}, {7, 0, 7, 7}, {7, 7, 7, 7}, {-4, 6, 2, 2},
+        {1, INT32_MAX, 1, 1},  // CalcGCD must not take 2^31 subtractions
+    };
+    // clang-format on
+    for (const auto& f : factors) {
+        EXPECT_EQ(Helper::GCF(f.a, f.b), f.gcf) << f.a << ' ' << f.b;
+        EXPECT_EQ(CalcGCD(f.a, f.b), f.gcd) << f.a << ' ' << f.b;
+    }
     EXPECT_EQ(Helper::GCF(-12, 18), 6);
-    EXPECT_EQ(Helper::GCF(7, 0), 7);
     EXPECT_EQ(Helper::GCF(INT32_MIN, INT32_MIN), INT32_MIN);
-    EXPECT_EQ(CalcGCD(12, 18), 6);
-    EXPECT_EQ(CalcGCD(0, 5), 5);
-    EXPECT_EQ(CalcGCD(5, 0), 5);
-    EXPECT_EQ(CalcGCD(7, 7), 7);
-    EXPECT_EQ(CalcGCD(1, INT32_MAX), 1);  // must not take 2^31 subtractions
-    EXPECT_EQ(CalcGCD(-4, 6), 2);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <tuple>
 
 #include "qvox/platform/MinMove.h"
 #include "qvox/platform/Platform.h"
@@ -35,11 +36,10 @@ TEST(Increments, ValueOfEverySettingByColumn) {
 }
 
 TEST(Increments, ByCategoryAndAsPriceSteps) {
-    EXPECT_EQ(GetIncFromSetting(5, 12, OptionThresholdPenny), 5.0);
-    EXPECT_EQ(GetIncFromSetting(8, 12, OptionThresholdPenny), 1.0);
-    EXPECT_EQ(GetIncFromSetting(5, 1, OptionThresholdPenny), 1.0);
-    EXPECT_EQ(GetIncFromSetting(12, 8, OptionThresholdPenny), 15.0);
-    EXPECT_EQ(GetIncFromSetting(9, 2, OptionThresholdPenny), 0.5);
+    // clang-format off
+    for (const auto& [setting, category, increment] : {std::tuple{5, 12u, 5.0}, {8, 12u, 1.0}, {5, 1u, 1.0}, {12, 8u, 15.0}, {9, 2u, 0.5}})
+        EXPECT_EQ(GetIncFromSetting(setting, category, OptionThresholdPenny), increment) << setting << ' ' << category;
+    // clang-format on
     EXPECT_EQ(GetPriceSpinIncFromSetting(2, 99.0, 'x', 8, OptionThresholdPenny), 0.25);
     EXPECT_EQ(GetPriceSpinIncFromSetting(0, 1.0, 'l', 2, OptionThresholdPenny), 0.03125);
     EXPECT_DOUBLE_EQ(GetPriceSpinAccFromSetting(3, 5.0, 'm', 100, OptionThresholdFirstMinMove),
@@ -60,16 +60,15 @@ TEST(MinMoves, ThresholdsAndConversions) {
     for (const auto& c : thresholds)
         EXPECT_EQ(GetThresholdType(c.minMove), c.type) << c.minMove;
 
-    EXPECT_EQ(ApplyMinMoveConversion(1.0, true, 2.0, 'l'), 32.0);
-    EXPECT_EQ(ApplyMinMoveConversion(32.0, false, 2.0, 'l'), 1.0);
-    EXPECT_EQ(ApplyMinMoveConversion(5.0, true, 0.0, 'm'), 0.0);
-    EXPECT_EQ(ApplyMinMoveConversion(5.0, false, 1.0, 'a'), 50000.0);
+    // clang-format off
+    for (const auto& [value, toMoves, minMove, code, expected] :
+         {std::tuple{1.0, true, 2.0, 'l', 32.0}, {32.0, false, 2.0, 'l', 1.0}, {5.0, true, 0.0, 'm', 0.0}, {5.0, false, 1.0, 'a', 50000.0}})
+        EXPECT_EQ(ApplyMinMoveConversion(value, toMoves, minMove, code), expected) << value << ' ' << code;
+    // clang-format on
     for (ULONG category : {0u, 3u, 8u, 12u})
         EXPECT_EQ(GetDefaultIncrement(category), 1.0);
     for (ULONG category : {1u, 2u, 4u, 254u})
         EXPECT_EQ(GetDefaultIncrement(category), 0.01);
-    EXPECT_EQ(GetMaxSupportedQty(2), 2147483647);
-    EXPECT_EQ(GetMinSupportedQty(0), 1);
 }
 
 // A platform on which min move 7 means 1 below the price 3 and 5 from 3 on.

@@ -7,6 +7,8 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "common/DecimalCommaLocale.h"
 #include "qvox/platform/Platform.h"
@@ -52,6 +54,11 @@ TEST(PieceText, WritesDecimals) {
         EXPECT_STREQ(Helper::Pieces2DecimalString(c.code, c.pieces, out, c.plus), c.expected)
             << c.code << ' ' << c.pieces;
     }
+
+    // The digits behind the point of each code.
+    for (const auto& [code, digits] :
+         {std::pair{'l', 6}, {'R', 8}, {'t', 3}, {'a', 0}, {'e', 0}, {'!', 0}})
+        EXPECT_EQ(GetDecimalDigit(code), digits) << code;
 }
 
 // The last two rows: a text of 99 characters is read whole; of one of 100, the last is cut off.
@@ -205,19 +212,17 @@ TEST_F(LocaleText, Commas) {
         add_commas(out, c.value, c.decimals);
         EXPECT_STREQ(out, c.expected) << c.value << ' ' << c.decimals;
     }
+    // Separators from the locale service, and back to the built-in ones when it goes.
+    for (const auto& [decimal, thousand, expected] :
+         {std::tuple{",", "'", "1'234'567,89"}, {".", "", "1234567.89"}}) {
+        const ScopedPlatformServices scoped(Separators(decimal, thousand));
+        char out[64];
+        add_commas(out, 1234567.891, 2);
+        EXPECT_STREQ(out, expected);
+    }
     char out[64];
-    {
-        const ScopedPlatformServices swiss(Separators(",", "'"));
-        add_commas(out, 1234567.891, 2);
-        EXPECT_STREQ(out, "1'234'567,89");
-    }
-    {
-        const ScopedPlatformServices none(Separators(".", ""));
-        add_commas(out, 1234567.891, 2);
-        EXPECT_STREQ(out, "1234567.89");
-    }
     add_commas(out, 1234.0, 0);
-    EXPECT_STREQ(out, "1,234");  // the scoped services are gone again
+    EXPECT_STREQ(out, "1,234");
 }
 
 TEST(PriceText, KeepsItsPointUnderADecimalCommaLocale) {
@@ -226,22 +231,11 @@ TEST(PriceText, KeepsItsPointUnderADecimalCommaLocale) {
     char out[30];
     EXPECT_STREQ(Helper::Pieces2DecimalString('l', 6617, out, 0), "103.390625");
     EXPECT_STREQ(Helper::Num2Frac(10.5, 'm', 0), "10.50");
-    EXPECT_EQ(Helper::Frac2Num("1.25"), 1.25);
-    EXPECT_EQ(Helper::String2Pieces('m', "10.5"), 1050);
+    EXPECT_TRUE(Helper::Frac2Num("1.25") == 1.25 && Helper::String2Pieces('m', "10.5") == 1050);
     GetFractionNumber(1.1, 3, out);
     EXPECT_STREQ(out, "1.1");
     GetText(10.5, 'm', out);  // the separator comes from the locale service, not the C locale
     EXPECT_STREQ(out, "10.50");
 }
-
-TEST(DecimalDigits, OfEveryCode) {
-    EXPECT_EQ(GetDecimalDigit('l'), 6);
-    EXPECT_EQ(GetDecimalDigit('R'), 8);
-    EXPECT_EQ(GetDecimalDigit('t'), 3);
-    EXPECT_EQ(GetDecimalDigit('a'), 0);
-    EXPECT_EQ(GetDecimalDigit('e'), 0);
-    EXPECT_EQ(GetDecimalDigit('!'), 0);
-}
-
 }  // namespace
 }  // namespace qvox

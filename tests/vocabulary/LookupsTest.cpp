@@ -63,10 +63,10 @@ TEST(Lookups, EveryRowRoundTrips) {
         EXPECT_STREQ(GetStopTriggerCodeFromValue(Cased(stop.text, true)), stop.code);
         EXPECT_STREQ(GetConditionTriggerFromCode(Cased(condition.code, false)), condition.text);
         EXPECT_STREQ(GetConditionTriggerCodeFromValue(Cased(condition.text, true)), condition.code);
-        EXPECT_STREQ(GetFuturesIncString(g_PriceFuturesIncrements[i % 10].code),
-                     g_PriceFuturesIncrements[i % 10].text);
-        EXPECT_STREQ(GetOptionsIncString(g_PriceOptionsIncrements[i % 10].code),
-                     g_PriceOptionsIncrements[i % 10].text);
+        const auto& futures = g_PriceFuturesIncrements[i % 10];
+        const auto& options = g_PriceOptionsIncrements[i % 10];
+        EXPECT_STREQ(GetFuturesIncString(futures.code), futures.text);
+        EXPECT_STREQ(GetOptionsIncString(options.code), options.text);
     }
     for (const INT2STR& row : g_StageLifeSpan) {
         EXPECT_STREQ(GetLifeSpanFromCode(row.code), row.text);
@@ -132,20 +132,16 @@ TEST(Lookups, ComparisonKindsAndFallbacks) {
         EXPECT_STREQ(c.lookup(c.in), c.out) << c.in;
     for (const char* text :
          {"persist", "Up to nearest even  lot", "", static_cast<const char*>(nullptr)}) {
-        EXPECT_EQ(GetLifeSpanCode(text), -1) << text;
-        EXPECT_EQ(GetQtyRoundFromCode(text), 0) << text;
+        EXPECT_TRUE(GetLifeSpanCode(text) == -1 && GetQtyRoundFromCode(text) == 0) << text;
     }
     for (const int code : {0, 6, 11, INT_MIN}) {
-        EXPECT_STREQ(GetFuturesIncString(code), "") << code;
-        EXPECT_STREQ(GetOptionsIncString(code), "") << code;
-        EXPECT_STREQ(GetLifeSpanFromCode(code), "") << code;
-        EXPECT_STREQ(GetQuantityRoundString(code + 3), "") << code;
+        const std::string all = std::string(GetFuturesIncString(code)) + GetOptionsIncString(code) +
+                                GetLifeSpanFromCode(code) + GetQuantityRoundString(code + 3);
+        EXPECT_EQ(all, "") << code;
     }
     EXPECT_STREQ(GetSide('X', 1), "");
-    EXPECT_EQ(GetRoute(true), g_RouteForFlatTicketing);
-    EXPECT_EQ(GetRoute(false), g_Route);
-    EXPECT_EQ(GetRouteCount(true), 8);
-    EXPECT_EQ(GetRouteCount(false), 11);
+    EXPECT_TRUE(GetRoute(true) == g_RouteForFlatTicketing && GetRouteCount(true) == 8);
+    EXPECT_TRUE(GetRoute(false) == g_Route && GetRouteCount(false) == 11);
 }
 
 TEST(Lookups, SidesAndOptionWording) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
+#include <utility>
 #include <vector>
 
 #include "qvox/vocabulary/COXUtil.h"
@@ -39,43 +39,45 @@ TEST(Categories, TranslateEveryCategoryAndFallBack) {
 }
 
 TEST(Categories, Codes) {
-    EXPECT_EQ(GetSymbolCategoryFromCode("EQ"), 2u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("eq"), 2u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("Op"), 3u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("fx"), 12u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("xx"), 0u);
-    EXPECT_EQ(GetSymbolCategoryFromCode("EQX"), 0u);
-    EXPECT_EQ(GetSymbolCategoryFromCode(""), 0u);
+    // clang-format off
+    for (const auto& [code, category] : {std::pair{"EQ", 2u}, {"eq", 2u}, {"Op", 3u}, {"fx", 12u}, {"xx", 0u}, {"EQX", 0u}, {"", 0u}})
+        EXPECT_EQ(GetSymbolCategoryFromCode(code), category) << code;
+    for (const auto& [category, code] : {std::pair{8u, "OP"}, {12u, "FX"}, {1u, ""}, {0xFFFFFFFFu, ""}})
+        EXPECT_STREQ(GetSymbolCodeFromCategory(category), code) << category;
+    // clang-format on
     EXPECT_EQ(GetSymbolCategoryFromCode(nullptr), 0u);
-    EXPECT_STREQ(GetSymbolCodeFromCategory(8), "OP");
-    EXPECT_STREQ(GetSymbolCodeFromCategory(12), "FX");
-    EXPECT_STREQ(GetSymbolCodeFromCategory(1), "");
-    EXPECT_STREQ(GetSymbolCodeFromCategory(0xFFFFFFFFu), "");
 }
 
 TEST(TradeSymbols, FuturesAndEquitiesRules) {
+    // The rule's answer, its CString form ("cut"), and ConvertToTradeSymbol ("trade"), which goes
+    // through a buffer of the symbol's own size: "US:" has a length that wraps past any buffer.
     // clang-format off
-    const struct { const char* symbol; bool found; ULONG start, length; const char* trade; } futures[] = {
-        {"ESH09.D", true, 0, 5, "ESH09"}, {"ESH09.P", false, 0, 0, "ESH09.P"},
-        {"ESH09.PX", true, 0, 7, "ESH09.P"}, {"@ESH09=68", true, 1, 5, "ESH09"},
-        {"@ES.D", true, 0, 3, "@ES"}, {"@ES", false, 0, 0, "@ES"}, {"@ESH09", true, 1, 5, "ESH09"},
-        {"CL-Z", true, 0, 2, "CL"}, {"X.", true, 0, 1, "X"}, {"", false, 0, 0, ""},
+    const struct { const char* symbol; ULONG category; bool found; ULONG start, length; const char* cut; const char* trade; } rows[] = {
+        {"ESH09.D", 0, true, 0, 5, "ESH09", "ESH09"}, {"ESH09.P", 0, false, 0, 0, "ESH09.P", "ESH09.P"},
+        {"ESH09.PX", 0, true, 0, 7, "ESH09.P", "ESH09.P"}, {"@ESH09=68", 0, true, 1, 5, "ESH09", "ESH09"},
+        {"@ES.D", 0, true, 0, 3, "@ES", "@ES"}, {"@ES", 0, false, 0, 0, "@ES", "@ES"},
+        {"@ESH09", 0, true, 1, 5, "ESH09", "ESH09"}, {"CL-Z", 0, true, 0, 2, "CL", "CL"},
+        {"X.", 0, true, 0, 1, "X", "X"}, {"", 0, false, 0, 0, "", ""},
+        {"US:$XYZ", 2, true, 4, 3, "XYZ", "XYZ"}, {"XYZ", 2, false, 0, 0, "XYZ", "XYZ"},
+        {"US:X", 2, true, 4, 0, "", ""}, {"US:", 2, true, 4, 0xFFFFFFFFu, "", "US:"},
     };
     // clang-format on
-    for (const auto& c : futures) {
+    for (const auto& c : rows) {
         ULONG start = 99;
         ULONG length = 99;
-        EXPECT_EQ(COXUtil::ConvertToTradeSymbolForFutures(c.symbol, start, length), c.found);
+        const bool futures = c.category == 0;
+        EXPECT_EQ(futures ? COXUtil::ConvertToTradeSymbolForFutures(c.symbol, start, length)
+                          : COXUtil::ConvertToTradeSymbolForEquities(c.symbol, start, length),
+                  c.found);
         EXPECT_EQ(start, c.found ? c.start : 99u) << c.symbol;
         EXPECT_EQ(length, c.found ? c.length : 99u) << c.symbol;
-        EXPECT_STREQ(COXUtil::ConvertToTradeSymbolForFutures(c.symbol), c.trade) << c.symbol;
-        EXPECT_STREQ(COXUtil::ConvertToTradeSymbol(c.symbol, 0), c.trade) << c.symbol;
+        EXPECT_STREQ(futures ? COXUtil::ConvertToTradeSymbolForFutures(c.symbol)
+                             : COXUtil::ConvertToTradeSymbolForEquities(c.symbol),
+                     c.cut)
+            << c.symbol;
+        EXPECT_STREQ(COXUtil::ConvertToTradeSymbol(c.symbol, c.category), c.trade) << c.symbol;
     }
-    EXPECT_STREQ(COXUtil::ConvertToTradeSymbolForEquities("US:$XYZ"), "XYZ");
-    EXPECT_STREQ(COXUtil::ConvertToTradeSymbolForEquities("XYZ"), "XYZ");
-    EXPECT_STREQ(COXUtil::ConvertToTradeSymbolForEquities("US:"), "US:");
     EXPECT_STREQ(COXUtil::ConvertToTradeSymbolForEquities(nullptr), "");
-    EXPECT_STREQ(COXUtil::ConvertToTradeSymbol("US:$XYZ", 2), "XYZ");
     EXPECT_STREQ(COXUtil::ConvertToTradeSymbol("@ESH09", 3), "@ESH09");
 }
 
@@ -85,6 +87,9 @@ TEST(TradeSymbols, BufferFormNeedsRoomForTheTerminator) {
     std::memset(out, 'x', sizeof out);
     EXPECT_EQ(COXUtil::ConvertToTradeSymbol(symbol, 0, out, 5), symbol);  // 5 bytes: no room
     EXPECT_EQ(out[0], 'x');
+    const char* us = "US:";
+    EXPECT_EQ(COXUtil::ConvertToTradeSymbol(us, 2, out, 8), us);
+    EXPECT_EQ(out[0], 'x');
     EXPECT_EQ(COXUtil::ConvertToTradeSymbol(symbol, 0, out, 6), out);
     EXPECT_STREQ(out, "ESH09");
     EXPECT_EQ(COXUtil::ConvertToTradeSymbol(symbol, 0, nullptr, 6), symbol);
@@ -92,16 +97,15 @@ TEST(TradeSymbols, BufferFormNeedsRoomForTheTerminator) {
     CString inPlace = "US:$ABC";
     EXPECT_EQ(&COXUtil::ConvertToTradeSymbol(inPlace, 2), &inPlace);
     EXPECT_STREQ(inPlace, "ABC");
+    inPlace = "US:";
+    EXPECT_STREQ(COXUtil::ConvertToTradeSymbol(inPlace, 2), "US:");
 }
 
 TEST(Lists, PresenceEndsAtMinusOne) {
-    EXPECT_TRUE(COXUtil::IsPresent(5, 1, 5, -1));
-    EXPECT_FALSE(COXUtil::IsPresent(5, -1));
+    EXPECT_TRUE(COXUtil::IsPresent(5, 1, 5, -1) && COXUtil::IsPresent(12, 0, 2, 3, 8, 12, -1));
+    EXPECT_FALSE(COXUtil::IsPresent(5, -1) || COXUtil::IsPresent(-1, -1));
     EXPECT_FALSE(COXUtil::IsPresent(5, 1, -1, 5, -1));  // nothing after the end counts
-    EXPECT_FALSE(COXUtil::IsPresent(-1, -1));
-    EXPECT_TRUE(COXUtil::IsNotPresent(5, -1));
-    EXPECT_FALSE(COXUtil::IsNotPresent(2, 1, 2, 3, -1));
-    EXPECT_TRUE(COXUtil::IsPresent(12, 0, 2, 3, 8, 12, -1));
+    EXPECT_TRUE(COXUtil::IsNotPresent(5, -1) && !COXUtil::IsNotPresent(2, 1, 2, 3, -1));
 }
 
 TEST(Lists, BreakQtyKeepsWholeLotsAndPutsTheRestLast) {
@@ -127,8 +131,7 @@ TEST(Lists, BreakQtyKeepsWholeLotsAndPutsTheRestLast) {
 TEST(LockedModules, AllBitsOfAModule) {
     COXLockedModulesX locks;
     locks.LockModule(0x1);
-    EXPECT_TRUE(locks.IsModuleLocked(0x1));
-    EXPECT_FALSE(locks.IsModuleLocked(0x3));
+    EXPECT_TRUE(locks.IsModuleLocked(0x1) && !locks.IsModuleLocked(0x3));  // all bits of a module
     locks.SetModuleLock(0x6, true);
     EXPECT_TRUE(locks.IsModuleLocked(0x3));
     locks.SetModuleLock(0x2, false);
