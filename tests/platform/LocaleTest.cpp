@@ -9,6 +9,7 @@
 
 #include "common/DecimalCommaLocale.h"
 #include "qvox/platform/CRuntime.h"
+#include "qvox/platform/IcuLocaleService.h"
 #include "qvox/platform/Platform.h"
 #include "qvox/platform/WinError.h"
 
@@ -134,6 +135,127 @@ TEST(CRuntime, ReadsFloatsInTheCLocale) {
     QVOX_EXPECT_DECIMAL_COMMA(comma);
     EXPECT_EQ(AtoF("1.5"), 1.5);
     EXPECT_EQ(AtoF(std::string_view("2.25")), 2.25);
+}
+
+}  // namespace
+}  // namespace qvox
+
+namespace qvox {
+namespace {
+
+std::string Money(const char* value, UINT negativeOrder, UINT positiveOrder,
+                  const char* symbol = "$", UINT digits = 2) {
+    const CURRENCYFMTA format{digits, 1, 3, ".", ",", negativeOrder, positiveOrder, symbol};
+    char out[64];
+    if (GetCurrencyFormatA(LOCALE_USER_DEFAULT, 0, value, &format, out, sizeof out) == 0) {
+        return "<error " + std::to_string(GetLastError()) + ">";
+    }
+    return out;
+}
+
+TEST(CurrencyFormat, EveryOrder) {
+    const char* negatives[] = {"($1,234.50)", "-$1,234.50",  "$-1,234.50",   "$1,234.50-",
+                               "(1,234.50$)", "-1,234.50$",  "1,234.50-$",   "1,234.50$-",
+                               "-1,234.50 $", "-$ 1,234.50", "1,234.50 $-",  "$ 1,234.50-",
+                               "$ -1,234.50", "1,234.50- $", "($ 1,234.50)", "(1,234.50 $)"};
+    for (UINT order = 0; order < 16; ++order) {
+        EXPECT_EQ(Money("-1234.5", order, 0), negatives[order]) << order;
+    }
+    const char* positives[] = {"$1,234.50", "1,234.50$", "$ 1,234.50", "1,234.50 $"};
+    for (UINT order = 0; order < 4; ++order) {
+        EXPECT_EQ(Money("1234.5", 0, order), positives[order]) << order;
+    }
+    // A negative amount that rounds to nothing takes the positive order.
+    EXPECT_EQ(Money("-0.001", 0, 3), "0.00 $");
+    EXPECT_EQ(Money("-0.005", 1, 0, "\x80", 2),
+              "-\x80"
+              "0.01");
+    EXPECT_EQ(Money("7", 1, 0, "kr.", 0), "kr.7");
+    EXPECT_EQ(Money("1", 16, 0), "<error 87>");
+    EXPECT_EQ(Money("1", 0, 4), "<error 87>");
+    EXPECT_EQ(Money("1,5", 0, 0), "<error 87>");
+    const CURRENCYFMTA noSymbol{2, 1, 3, ".", ",", 0, 0, nullptr};
+    char out[16];
+    EXPECT_EQ(GetCurrencyFormatA(LOCALE_USER_DEFAULT, 0, "1", &noSymbol, out, 16), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+}
+
+TEST(CurrencyFormat, BufferProtocolInBothWidths) {
+    const CURRENCYFMTW format{2, 1, 3, L",", L".", 8, 3, L"\u20AC"};
+    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, nullptr, 0), 12);
+    wchar_t wide[12];
+    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, wide, 11), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, wide, 12), 12);
+    EXPECT_EQ(std::wstring(wide), L"-1.234,50 \u20AC");
+    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 1, L"1", &format, wide, 12), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
+    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"1\u0661", &format, wide, 12), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+    // The locale's own format; the built-in service lays every currency out as the dollar.
+    char out[32];
+    EXPECT_EQ(GetCurrencyFormatA(2057, LOCALE_NOUSEROVERRIDE, "-5", nullptr, out, 32), 8);
+    EXPECT_STREQ(out,
+                 "(\xA3"
+                 "5.00)");
+    EXPECT_EQ(GetCurrencyFormatA(1041, 0, "1234.5", nullptr, out, 32), 7);
+    EXPECT_STREQ(out,
+                 "\xA5"
+                 "1,235");  // no digits for the yen; U+FFE5 folded to U+00A5
+    EXPECT_EQ(GetCurrencyFormatA(0x9999, 0, "1", nullptr, out, 32), 0);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+}
+
+std::string Info(LCID locale, LCTYPE type) {
+    char out[64];
+    if (GetLocaleInfoA(locale, type, out, sizeof out) == 0) {
+        return "<error " + std::to_string(GetLastError()) + ">";
+    }
+    return out;
+}
+
+TEST(LocaleInfo, CurrencyOfRealLocalesComesFromIcu) {
+    EXPECT_EQ(Info(2057, LOCALE_SCURRENCY), "\xA3");
+    EXPECT_EQ(Info(2057, LOCALE_SINTLSYMBOL), "GBP");
+    EXPECT_EQ(Info(2057, LOCALE_SENGCOUNTRY), "United Kingdom");
+    EXPECT_EQ(Info(1027, LOCALE_SCURRENCY), "\x80");
+    EXPECT_EQ(Info(2055, LOCALE_SCURRENCY), "CHF");
+    EXPECT_EQ(Info(1041, LOCALE_ICURRDIGITS), "0");
+    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_SCURRENCY), "$");
+    // The built-in service keeps its own layout whatever the locale.
+    EXPECT_EQ(Info(1031, LOCALE_SDECIMAL), ".");
+    EXPECT_EQ(Info(1031, LOCALE_SMONDECIMALSEP), ".");
+    EXPECT_EQ(Info(1031, LOCALE_INEGCURR), "0");
+    // Ids without a country: ICU knows none, a language alone.
+    EXPECT_EQ(Info(0x9999, LOCALE_SCURRENCY), "<error 87>");
+    EXPECT_EQ(Info(0x0009, LOCALE_SENGCOUNTRY), "<error 87>");
+    EXPECT_EQ(Info(0x9999, LOCALE_SDECIMAL), ".");
+    wchar_t wide[8];
+    EXPECT_EQ(GetLocaleInfoW(1041, LOCALE_SCURRENCY, wide, 8), 2);
+    EXPECT_EQ(wide[0], L'\uFFE5');
+}
+
+TEST(LocaleInfo, IcuServiceGivesTheUsersConventions) {
+    PlatformServices services;
+    services.locale = std::make_shared<IcuLocaleService>("de_CH");
+    const ScopedPlatformServices scoped(services);
+    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL), ".");
+    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND), "\x92");  // U+2019
+    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_SCURRENCY), "CHF");
+    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_ICURRENCY), "2");
+    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_INEGCURR), "2");
+    // Real ids answer with their own locale.
+    EXPECT_EQ(Info(1031, LOCALE_SDECIMAL), ",");
+    EXPECT_EQ(Info(1031, LOCALE_ICURRENCY), "3");
+    EXPECT_EQ(Info(1031, LOCALE_INEGCURR), "8");
+    EXPECT_EQ(Info(1044, LOCALE_INEGCURR), "12");
+    EXPECT_EQ(Info(1081, LOCALE_SGROUPING), "3;2;0");
+    EXPECT_EQ(Info(1036, LOCALE_STHOUSAND), " ");  // U+202F folded to a blank
+    char out[32];
+    EXPECT_EQ(GetCurrencyFormatA(1031, 0, "-1234.5", nullptr, out, 32), 12);
+    EXPECT_STREQ(out, "-1.234,50 \x80");
+    EXPECT_EQ(GetNumberFormatA(1081, 0, "1234567.5", nullptr, out, 32), 13);
+    EXPECT_STREQ(out, "12,34,567.50");
 }
 
 }  // namespace
