@@ -20,6 +20,8 @@
 #include "qvox/order/ValidDataT.h"
 #include "qvox/order/ValidString.h"
 #include "qvox/platform/CString.h"
+#include "qvox/platform/ComPtr.h"
+#include "qvox/platform/Variant.h"
 #include "qvox/platform/WinTypes.h"
 #include "qvox/vocabulary/OrderEnums.h"
 
@@ -313,6 +315,42 @@ class COrderBarProperties {
     // Whether the chosen auto price rule takes an offset; false when the field is unset or
     // empty, or for a value outside the five types.
     bool IsAutopriceOffsetNeeded(eQVAPType type) const;
+
+    // ---- Property exchange (interchange/COrderBarPropertiesExchange.cpp) ----
+    // A new property object of the platform holding every marked field under its property
+    // number, in its wire type, with the legs, the OSO children and (on the head of a chain) the
+    // OCA followers nested inside. Number 81 is always there. Raises _com_error when the platform
+    // gives no object (E_POINTER) or refuses a store.
+    IDispatchPtr GetOrderProperties() const;
+    // Fills this record from a property object: each number present replaces its field and
+    // marks it; absent numbers leave their fields alone. Legs go into m_Legs, OSO children and
+    // OCA followers become new records owned by their links. Nothing happens for a null object
+    // or one that is no property object. Raises _com_error for a value that does not convert to
+    // its field's type, and for a store or fetch the platform fails. A follower or child that
+    // the group refuses is deleted with everything hanging on it. A property object met a second
+    // time in one read (one that contains itself, or one shared by two parents) is read once. An
+    // m_LegCount outside 0 to 4 is not taken.
+    void SetOrderProperties(IDispatchPtr object);
+    // The marked field of number into value, in its wire type. False, value untouched, for an
+    // unmarked field, for the numbers that only travel inside objects (57-59, 75, 78-80, 89) and
+    // for numbers outside 0-91. Number 77 unmarked gives true and VT_EMPTY; number 81 always
+    // gives the category.
+    bool GetOrderProperty(int number, VARIANT& value) const;
+    // Sets one property, with its side effects on the paired fields; extra is the second value
+    // that some numbers look at. False when the number is none of the table's or the value does
+    // not fit (with bStrict, a value of another type never fits).
+    bool SetOrderProperty(int number, const VARIANT& value, const VARIANT& extra, bool bStrict);
+    // One field from a value: its own wire type is taken as it is; another type is refused with
+    // bStrict and converted by VariantChangeType otherwise. True when the field took the value
+    // (and its mark). Of a VT_BOOL only -1 is true. A 32-bit signed field travels as VT_I4 or,
+    // with native VT_INT, as VT_INT: the C++ type can't tell them apart.
+    static bool SetPropertyValue(ValidString& field, const VARIANT& value, bool bStrict);
+    static bool SetPropertyValue(ValidDataT<double>& field, const VARIANT& value, bool bStrict);
+    static bool SetPropertyValue(ValidDataT<ULONG>& field, const VARIANT& value, bool bStrict);
+    static bool SetPropertyValue(ValidDataT<LONG>& field, const VARIANT& value, bool bStrict,
+                                 VARTYPE native = VT_I4);
+    static bool SetPropertyValue(ValidDataT<SHORT>& field, const VARIANT& value, bool bStrict);
+    static bool SetPropertyValue(ValidDataT<bool>& field, const VARIANT& value, bool bStrict);
 
     // ---- Fields, in declared order ----
 

@@ -3,6 +3,7 @@
 
 #include "qvox/order/ValidDataT.h"
 #include "qvox/order/ValidString.h"
+#include "qvox/platform/ComPtr.h"
 #include "qvox/platform/WinTypes.h"
 #include "qvox/vocabulary/OrderEnums.h"
 
@@ -26,6 +27,13 @@ struct QVOrderLeg {
     // Writes the side and open/close codes of an action for a symbol category; false, with
     // nothing written, for a combination that does not exist.
     bool SetOrderAction(EMVOrderAction action, ULONG category);
+
+    // A new property object of the platform with the leg's marked fields (defined with the
+    // order's property exchange in interchange/). Raises _com_error as the order's does.
+    IDispatchPtr GetLegProperties() const;
+    // Fills the leg from a property object; absent numbers leave their fields alone, a null or
+    // unsuited object changes nothing. Raises _com_error for a value that does not convert.
+    void SetLegProperties(IDispatchPtr object);
 
     ValidString m_Symbol;
     ValidString m_OrderType;

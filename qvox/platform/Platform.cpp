@@ -27,6 +27,7 @@ PlatformServices WithDefaults(PlatformServices services) {
         services.settings = std::make_shared<SqliteRegistryStore>(
             std::filesystem::path(services.directories->RootDirectory()) / "settings.db");
     }
+    if (!services.objects) services.objects = std::make_shared<const LibraryPlatformObjects>();
     return services;
 }
 
@@ -88,6 +89,10 @@ std::shared_ptr<const IPlatformDirectories> CurrentPlatformDirectories() {
 
 std::shared_ptr<IRegistryStore> CurrentSettingsStore() {
     return Snapshot().settings;
+}
+
+std::shared_ptr<const IPlatformObjects> CurrentPlatformObjects() {
+    return Snapshot().objects;
 }
 
 ScopedPlatformServices::ScopedPlatformServices(PlatformServices services)

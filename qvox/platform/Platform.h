@@ -8,20 +8,24 @@
 #include "qvox/platform/Locale.h"
 #include "qvox/platform/MinMove.h"
 #include "qvox/platform/PlatformDirectories.h"
+#include "qvox/platform/PlatformObjects.h"
 #include "qvox/platform/RegistryStore.h"
 #include "qvox/platform/TimeService.h"
 
 namespace qvox {
 
 struct PlatformServices {
-    // A null entry means the built-in service.
-    std::shared_ptr<const ILocaleService> locale;    // "." and "," for every locale
-    std::shared_ptr<const IMinMoveService> minMove;  // no min move differs by price level
-    std::shared_ptr<const ITimeService> time;        // the machine's zone and clock
+    // A null entry means the built-in service. Name the entries you set:
+    // ScopedPlatformServices scope({.settings = store});
+    std::shared_ptr<const ILocaleService> locale = nullptr;    // "." and "," for every locale
+    std::shared_ptr<const IMinMoveService> minMove = nullptr;  // no min move differs by price level
+    std::shared_ptr<const ITimeService> time = nullptr;        // the machine's zone and clock
     // $QVOX_ROOT or a per-user data directory; settings below "Software\QVOX"
-    std::shared_ptr<const IPlatformDirectories> directories;
+    std::shared_ptr<const IPlatformDirectories> directories = nullptr;
     // an SQLite file "settings.db" in the root directory of `directories`
-    std::shared_ptr<IRegistryStore> settings;
+    std::shared_ptr<IRegistryStore> settings = nullptr;
+    // the library's own property objects and collections; no root object
+    std::shared_ptr<const IPlatformObjects> objects = nullptr;
 };
 
 // The services in force. Never holds a null entry.
@@ -41,6 +45,8 @@ std::shared_ptr<const ITimeService> CurrentTimeService();
 std::shared_ptr<const IPlatformDirectories> CurrentPlatformDirectories();
 // The settings store in force.
 std::shared_ptr<IRegistryStore> CurrentSettingsStore();
+// The platform's object service in force.
+std::shared_ptr<const IPlatformObjects> CurrentPlatformObjects();
 
 // Installs services for its lifetime and restores the previous ones when it ends.
 class ScopedPlatformServices {
