@@ -5,7 +5,10 @@
 #include <optional>
 #include <string_view>
 
+#include "qvox/platform/Bstr.h"
 #include "qvox/platform/PlatformDirectories.h"
+#include "qvox/platform/PlatformInterfaces.h"
+#include "qvox/platform/PlatformObjects.h"
 #include "qvox/platform/Registry.h"
 
 namespace qvox {
@@ -27,9 +30,17 @@ bool StartsWith(const CString& text, std::string_view prefix) {
 }
 
 // The platform's list text for a category: nothing when there is no root object, or its
-// services object has no route-list interface.
-std::optional<CString> ListTextFromPlatform(ULONG /*category*/) {
-    return std::nullopt;
+// services object has no route-list interface. A failing call raises _com_error.
+std::optional<CString> ListTextFromPlatform(ULONG category) {
+    const IMVRootPtr root(GetPlatformRootObject());
+    if (!root) return std::nullopt;
+    IUnknownPtr services;
+    ThrowIfFailed(root->GetServices(&services));
+    const IMVRouteListPtr routeList(services);
+    if (!routeList) return std::nullopt;
+    BSTR list = nullptr;
+    ThrowIfFailed(routeList->GetRouteList(static_cast<LONG>(category), &list));
+    return CString(_bstr_t(list, false).ToString());
 }
 
 // One "code,display,kind," record of the platform's list text.

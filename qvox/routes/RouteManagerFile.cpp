@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <string>
 
@@ -105,7 +106,11 @@ void RouteManager::SaveRoutelist() {
     if (path.IsEmpty()) return;
     // Written whole beside the cache, then put in its place: a reader, or a crash, never meets
     // half a file, and a failed write leaves the last good one.
-    const CString temporary = path + "." + CString(std::to_string(::getpid())) + ".tmp";
+    // A name of its own for every write: copies of a manager may save at once, in this process
+    // or another.
+    static std::atomic<unsigned> writes{0};
+    const CString temporary = path + "." + CString(std::to_string(::getpid())) + "-" +
+                              CString(std::to_string(writes.fetch_add(1))) + ".tmp";
     const std::string nativeTemporary = NativePath(temporary);
     bool written = false;
     {

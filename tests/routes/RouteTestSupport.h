@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <array>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,7 +14,10 @@
 #include <string>
 #include <vector>
 
+#include "qvox/platform/Bstr.h"
+#include "qvox/platform/ComObject.h"
 #include "qvox/platform/Platform.h"
+#include "qvox/platform/PlatformObjects.h"
 #include "qvox/platform/Registry.h"
 
 namespace qvox::testing {
@@ -43,6 +48,33 @@ class Bytes {
     std::string data_;
 };
 
+// The platform's root object and its route lists, counting the requests per category. Set it up
+// before it serves: only the counters and the failure change while threads use it.
+class FakeRouteServer final : public ComObject<IMVRoot, IMVRouteList> {
+  public:
+    HRESULT GetServices(IUnknown** services) override {
+        // Some other object when it should lack the route-list interface.
+        *services = withoutRouteList ? static_cast<IUnknown*>(CMVCollection::Create().Detach())
+                                     : AsUnknown();
+        if (!withoutRouteList) AddRef();
+        return S_OK;
+    }
+    HRESULT GetRouteList(LONG category, BSTR* list) override {
+        const int call = ++calls.at(static_cast<std::size_t>(category));
+        if (const HRESULT hr = failure; FAILED(hr)) return hr;
+        const auto text = texts.find(category);
+        const bool answers = call > emptyAnswers && text != texts.end();
+        *list = SysAllocStringFromCp1252(answers ? std::string_view(text->second) : "");
+        return S_OK;
+    }
+
+    std::map<LONG, std::string> texts;
+    int emptyAnswers = 0;  // the first requests of each category get the empty text
+    bool withoutRouteList = false;
+    std::atomic<HRESULT> failure{S_OK};
+    std::array<std::atomic<int>, 16> calls{};
+};
+
 class RouteRoot : public ::testing::Test {
   protected:
     RouteRoot()
@@ -61,6 +93,14 @@ class RouteRoot : public ::testing::Test {
             std::make_shared<FixedPlatformDirectories>(root_.string() + "/", "Software\\Test");
         services.settings = store_;
         return services;
+    }
+
+    // Installs server as the platform's root object for the rest of the test.
+    void Serve(const _com_ptr_t<FakeRouteServer>& server) {
+        PlatformServices services = Services();
+        services.objects =
+            std::make_shared<LibraryPlatformObjects>(IUnknownPtr(server->AsUnknown()));
+        platform_ = std::make_unique<ScopedPlatformServices>(services);
     }
 
     fs::path Cache() const { return root_ / "Program" / "Routes.rlst"; }
@@ -84,6 +124,7 @@ class RouteRoot : public ::testing::Test {
     fs::path root_;
     std::shared_ptr<SqliteRegistryStore> store_ = SqliteRegistryStore::InMemory();
     ScopedPlatformServices services_{Services()};
+    std::unique_ptr<ScopedPlatformServices> platform_;
 };
 
 }  // namespace qvox::testing
