@@ -112,6 +112,7 @@ RouteManager& RouteManager::operator=(const RouteManager& other) {
     m_ForexLoaded = other.m_ForexLoaded;
     m_OptionsLoaded = other.m_OptionsLoaded;
     m_Initialized = other.m_Initialized.load();
+    m_Index.fresh = false;
     return *this;
 }
 
@@ -123,6 +124,7 @@ void RouteManager::Init() {
                              &m_ForexMultiLegRoutes, &m_OptionsMultiLegRoutes}) {
         routes->clear();
     }
+    m_Index.fresh = false;
     LoadRoutelist();
     m_Initialized = true;
 }
@@ -137,6 +139,7 @@ void RouteManager::Uninit() {
                              &m_ForexMultiLegRoutes, &m_OptionsMultiLegRoutes}) {
         routes->clear();
     }
+    m_Index.fresh = false;
     // Stopped for good: a second Uninit, the destructor's, must not write the emptied lists over
     // the file just saved.
     m_Initialized = false;
@@ -180,6 +183,7 @@ bool RouteManager::GetListFromServer(RouteMap& routes, ULONG category, bool mult
     const Lock lock(m_Lock);
     const bool testing = IsTestingEnabled();
     routes.clear();
+    m_Index.fresh = false;
     ParseListText(text->view(), [&](const RouteRecord& record) {
         const CString display(record.display);
         if (StartsWith(display, "XX-")) return;
@@ -256,41 +260,63 @@ void RouteManager::GetRoutelist(CStringList& list, ULONG category, bool multiLeg
     }
 }
 
+void RouteManager::RefreshIndex() {
+    if (!m_Index.fresh) {
+        m_Index.displayOf.clear();
+        for (const RouteMap* routes :
+             {&m_EquitiesRoutes, &m_OptionsRoutes, &m_ForexRoutes, &m_FuturesRoutes}) {
+            for (const auto& [code, display] : *routes)
+                m_Index.displayOf.emplace(code.view(), &display);
+        }
+        const RouteMap* lists[] = {&m_EquitiesRoutes, &m_FuturesRoutes, &m_ForexRoutes,
+                                   &m_OptionsRoutes};
+        for (std::size_t i = 0; i < std::size(lists); ++i) {
+            m_Index.codeOf[i].clear();
+            for (const auto& [code, display] : *lists[i])
+                m_Index.codeOf[i].emplace(display.view(), &code);
+        }
+        m_Index.fresh = true;
+    }
+}
+
 CString RouteManager::GetDisplayValue(const CString& code) {
     if (code.IsEmpty()) return CString(kIntelligent);
     const Lock lock(m_Lock);
-    UpdateAllList();
-    for (const RouteMap* routes :
-         {&m_EquitiesRoutes, &m_OptionsRoutes, &m_ForexRoutes, &m_FuturesRoutes}) {
-        if (const auto found = routes->find(code); found != routes->end()) return found->second;
+    if (!(m_EquitiesLoaded && m_FuturesLoaded && m_ForexLoaded && m_OptionsLoaded)) {
+        UpdateAllList();
     }
-    return code;
+    // The first of equities, options, forex and futures that knows the code.
+    RefreshIndex();
+    const auto found = m_Index.displayOf.find(code.view());
+    return found != m_Index.displayOf.end() ? *found->second : code;
 }
 
 const CString* RouteManager::FindCode(const CString& display, LONG category) {
-    UpdateAllList();
-    const RouteMap* routes = nullptr;
+    if (!(m_EquitiesLoaded && m_FuturesLoaded && m_ForexLoaded && m_OptionsLoaded)) {
+        UpdateAllList();
+    }
+    std::size_t list = 0;
     switch (category) {
         case static_cast<LONG>(kEquities):
-            routes = &m_EquitiesRoutes;
+            list = 0;
             break;
         case static_cast<LONG>(kFutures):
-            routes = &m_FuturesRoutes;
+            list = 1;
             break;
         case static_cast<LONG>(kForex):
-            routes = &m_ForexRoutes;
+            list = 2;
             break;
         case static_cast<LONG>(kOptions):
         case static_cast<LONG>(kFutureOptions):
-            routes = &m_OptionsRoutes;
+            list = 3;
             break;
         default:
             return nullptr;
     }
-    for (const auto& [code, shown] : *routes) {
-        if (shown.view() == display.view()) return &code;
-    }
-    return nullptr;
+    // The first code, in code order, whose display is the text.
+    RefreshIndex();
+    const auto found = m_Index.codeOf[list].find(display.view());
+    return found != m_Index.codeOf[list].end() ? found->second : nullptr;
 }
 
 CString RouteManager::GetCode(const CString& display, LONG category) {

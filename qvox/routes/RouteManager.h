@@ -17,6 +17,8 @@
 
 #include <atomic>
 #include <mutex>
+#include <string_view>
+#include <unordered_map>
 
 #include "qvox/platform/CArchive.h"
 #include "qvox/platform/CString.h"
@@ -91,6 +93,19 @@ class RouteManager {
     const char* RouteItem(ULONG index, ULONG category);
     // How many items the regular list of GetRoutelist has.
     ULONG RouteCount(ULONG category);
+    // Brings the lookup index up to date with the lists. Under the lock.
+    void RefreshIndex();
+
+    // What GetDisplayValue and GetCode find, kept beside the lists so that a lookup is one hash
+    // probe: each code to its display in the order the lists are searched, and for each regular
+    // list each display to its first code in code order. It points into the lists, and every
+    // change of a list marks it stale.
+    struct LookupIndex {
+        using Map = std::unordered_map<std::string_view, const CString*>;
+        Map displayOf;
+        Map codeOf[4];  // equities, futures, forex, options
+        bool fresh = false;
+    };
 
     RouteMap m_EquitiesRoutes;
     RouteMap m_FuturesRoutes;
@@ -107,6 +122,7 @@ class RouteManager {
     // Written under the lock; read without it by IsInitialized.
     std::atomic<bool> m_Initialized{false};
     mutable std::recursive_mutex m_Lock;
+    LookupIndex m_Index;  // under m_Lock
 };
 
 // The text shown for an order's route: "Allocated" for the code "ALLC" (trimmed); otherwise the

@@ -74,6 +74,7 @@ void RouteManager::Serialize(CArchive& ar) {
             SerializeHelper(ar, *routes, false, kRouteCacheVersion);
         return;
     }
+    m_Index.fresh = false;
     DWORD version = 0;
     ar >> version;
     if (version == 0) return;
