@@ -143,6 +143,11 @@ TEST(CRuntime, ReadsFloatsInTheCLocale) {
 namespace qvox {
 namespace {
 
+// The error of a failed call; ERROR_SUCCESS when it did not fail.
+DWORD FailedWith(int result) {
+    return result == 0 ? GetLastError() : ERROR_SUCCESS;
+}
+
 std::string Money(const char* value, UINT negativeOrder, UINT positiveOrder,
                   const char* symbol = "$", UINT digits = 2) {
     const CURRENCYFMTA format{digits, 1, 3, ".", ",", negativeOrder, positiveOrder, symbol};
@@ -158,99 +163,76 @@ TEST(CurrencyFormat, EveryOrder) {
                                "(1,234.50$)", "-1,234.50$",  "1,234.50-$",   "1,234.50$-",
                                "-1,234.50 $", "-$ 1,234.50", "1,234.50 $-",  "$ 1,234.50-",
                                "$ -1,234.50", "1,234.50- $", "($ 1,234.50)", "(1,234.50 $)"};
-    for (UINT order = 0; order < 16; ++order) {
+    for (UINT order = 0; order < 16; ++order)
         EXPECT_EQ(Money("-1234.5", order, 0), negatives[order]) << order;
-    }
     const char* positives[] = {"$1,234.50", "1,234.50$", "$ 1,234.50", "1,234.50 $"};
-    for (UINT order = 0; order < 4; ++order) {
+    for (UINT order = 0; order < 4; ++order)
         EXPECT_EQ(Money("1234.5", 0, order), positives[order]) << order;
-    }
     // A negative amount that rounds to nothing takes the positive order.
     EXPECT_EQ(Money("-0.001", 0, 3), "0.00 $");
-    EXPECT_EQ(Money("-0.005", 1, 0, "\x80", 2),
-              "-\x80"
-              "0.01");
+    EXPECT_EQ(Money("-0.005", 1, 0, "\x80", 2), "-\2000.01");
     EXPECT_EQ(Money("7", 1, 0, "kr.", 0), "kr.7");
-    EXPECT_EQ(Money("1", 16, 0), "<error 87>");
-    EXPECT_EQ(Money("1", 0, 4), "<error 87>");
-    EXPECT_EQ(Money("1,5", 0, 0), "<error 87>");
-    const CURRENCYFMTA noSymbol{2, 1, 3, ".", ",", 0, 0, nullptr};
-    char out[16];
-    EXPECT_EQ(GetCurrencyFormatA(LOCALE_USER_DEFAULT, 0, "1", &noSymbol, out, 16), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(Money("1", 16, 0) + Money("1", 0, 4) + Money("1,5", 0, 0) + Money("1", 0, 0, nullptr),
+              "<error 87><error 87><error 87><error 87>");
 }
 
 TEST(CurrencyFormat, BufferProtocolInBothWidths) {
     const CURRENCYFMTW format{2, 1, 3, L",", L".", 8, 3, L"\u20AC"};
     EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, nullptr, 0), 12);
     wchar_t wide[12];
-    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, wide, 11), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_EQ(FailedWith(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, wide, 11)),
+              ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, wide, 12), 12);
     EXPECT_EQ(std::wstring(wide), L"-1.234,50 \u20AC");
-    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 1, L"1", &format, wide, 12), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
-    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"1\u0661", &format, wide, 12), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(FailedWith(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 1, L"1", &format, wide, 12)),
+              ERROR_INVALID_FLAGS);
+    EXPECT_EQ(FailedWith(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"1\u0661", &format, wide, 12)),
+              ERROR_INVALID_PARAMETER);
     // The locale's own format; the built-in service lays every currency out as the dollar.
     char out[32];
     EXPECT_EQ(GetCurrencyFormatA(2057, LOCALE_NOUSEROVERRIDE, "-5", nullptr, out, 32), 8);
-    EXPECT_STREQ(out,
-                 "(\xA3"
-                 "5.00)");
-    EXPECT_EQ(GetCurrencyFormatA(1041, 0, "1234.5", nullptr, out, 32), 7);
-    EXPECT_STREQ(out,
-                 "\xA5"
-                 "1,235");  // no digits for the yen; U+FFE5 folded to U+00A5
-    EXPECT_EQ(GetCurrencyFormatA(0x9999, 0, "1", nullptr, out, 32), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+    EXPECT_STREQ(out, "(\2435.00)");
+    EXPECT_EQ(FailedWith(GetCurrencyFormatA(0x9999, 0, "1", nullptr, out, 32)),
+              ERROR_INVALID_PARAMETER);
 }
 
-std::string Info(LCID locale, LCTYPE type) {
-    char out[64];
-    if (GetLocaleInfoA(locale, type, out, sizeof out) == 0) {
+TEST(LocaleInfo, MoneyFromIcuLayoutFromTheService) {
+    const auto info = [](LCID locale, LCTYPE type) -> std::string {
+        char out[64];
+        if (GetLocaleInfoA(locale, type, out, sizeof out) > 0) return out;
         return "<error " + std::to_string(GetLastError()) + ">";
-    }
-    return out;
-}
-
-TEST(LocaleInfo, CurrencyOfRealLocalesComesFromIcu) {
-    EXPECT_EQ(Info(2057, LOCALE_SCURRENCY), "\xA3");
-    EXPECT_EQ(Info(2057, LOCALE_SINTLSYMBOL), "GBP");
-    EXPECT_EQ(Info(2057, LOCALE_SENGCOUNTRY), "United Kingdom");
-    EXPECT_EQ(Info(1027, LOCALE_SCURRENCY), "\x80");
-    EXPECT_EQ(Info(2055, LOCALE_SCURRENCY), "CHF");
-    EXPECT_EQ(Info(1041, LOCALE_ICURRDIGITS), "0");
-    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_SCURRENCY), "$");
-    // The built-in service keeps its own layout whatever the locale.
-    EXPECT_EQ(Info(1031, LOCALE_SDECIMAL), ".");
-    EXPECT_EQ(Info(1031, LOCALE_SMONDECIMALSEP), ".");
-    EXPECT_EQ(Info(1031, LOCALE_INEGCURR), "0");
-    // Ids without a country: ICU knows none, a language alone.
-    EXPECT_EQ(Info(0x9999, LOCALE_SCURRENCY), "<error 87>");
-    EXPECT_EQ(Info(0x0009, LOCALE_SENGCOUNTRY), "<error 87>");
-    EXPECT_EQ(Info(0x9999, LOCALE_SDECIMAL), ".");
+    };
+    // The built-in service: what a country uses for money from ICU, the layout its own.
+    // clang-format off
+    const struct { LCID locale; LCTYPE type; const char* builtIn; const char* icu; } cases[] = {
+        {2057, LOCALE_SCURRENCY, "\xA3", "\xA3"},       {2057, LOCALE_SINTLSYMBOL, "GBP", "GBP"},
+        {2057, LOCALE_SENGCOUNTRY, "United Kingdom", "United Kingdom"},
+        {1027, LOCALE_SCURRENCY, "\x80", "\x80"},
+        {1041, LOCALE_SCURRENCY, "\xA5", "\xA5"},  // U+FFE5 folded to U+00A5
+        {1041, LOCALE_ICURRDIGITS, "0", "0"},          {1031, LOCALE_SDECIMAL, ".", ","},
+        {LOCALE_USER_DEFAULT, LOCALE_SCURRENCY, "$", "CHF"},
+        {LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, ",", "\x92"},  // U+2019
+        {LOCALE_USER_DEFAULT, LOCALE_ICURRENCY, "0", "2"},
+        {LOCALE_USER_DEFAULT, LOCALE_INEGCURR, "0", "2"}, {1031, LOCALE_SMONDECIMALSEP, ".", ","},
+        {1031, LOCALE_ICURRENCY, "0", "3"},            {1031, LOCALE_INEGCURR, "0", "8"},
+        {1044, LOCALE_INEGCURR, "0", "12"},            {1081, LOCALE_SGROUPING, "3;0", "3;2;0"},
+        {1036, LOCALE_STHOUSAND, ",", " "},  // U+202F folded to a blank
+        {0x9999, LOCALE_SCURRENCY, "<error 87>", "<error 87>"},  // no such id
+        {0x0009, LOCALE_SENGCOUNTRY, "<error 87>", "<error 87>"},  // a language alone
+        {0x9999, LOCALE_SDECIMAL, ".", "."},
+    };
+    // clang-format on
+    for (const auto& c : cases)
+        EXPECT_EQ(info(c.locale, c.type), c.builtIn) << c.locale << " " << c.type;
     wchar_t wide[8];
     EXPECT_EQ(GetLocaleInfoW(1041, LOCALE_SCURRENCY, wide, 8), 2);
     EXPECT_EQ(wide[0], L'\uFFE5');
-}
 
-TEST(LocaleInfo, IcuServiceGivesTheUsersConventions) {
     PlatformServices services;
     services.locale = std::make_shared<IcuLocaleService>("de_CH");
     const ScopedPlatformServices scoped(services);
-    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL), ".");
-    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_STHOUSAND), "\x92");  // U+2019
-    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_SCURRENCY), "CHF");
-    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_ICURRENCY), "2");
-    EXPECT_EQ(Info(LOCALE_USER_DEFAULT, LOCALE_INEGCURR), "2");
-    // Real ids answer with their own locale.
-    EXPECT_EQ(Info(1031, LOCALE_SDECIMAL), ",");
-    EXPECT_EQ(Info(1031, LOCALE_ICURRENCY), "3");
-    EXPECT_EQ(Info(1031, LOCALE_INEGCURR), "8");
-    EXPECT_EQ(Info(1044, LOCALE_INEGCURR), "12");
-    EXPECT_EQ(Info(1081, LOCALE_SGROUPING), "3;2;0");
-    EXPECT_EQ(Info(1036, LOCALE_STHOUSAND), " ");  // U+202F folded to a blank
+    for (const auto& c : cases)
+        EXPECT_EQ(info(c.locale, c.type), c.icu) << c.locale << " " << c.type;
     char out[32];
     EXPECT_EQ(GetCurrencyFormatA(1031, 0, "-1234.5", nullptr, out, 32), 12);
     EXPECT_STREQ(out, "-1.234,50 \x80");

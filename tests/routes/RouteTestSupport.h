@@ -1,5 +1,5 @@
 // What the route tests share: a platform root directory of their own with its Program folder,
-// an in-memory settings store, and the bytes of a cache file.
+// an in-memory settings store, a platform root object serving list texts, and cache file bytes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,52 +10,66 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <memory>
-#include <string>
-#include <vector>
+#include <latch>
+#include <thread>
 
 #include "qvox/platform/Bstr.h"
-#include "qvox/platform/ComObject.h"
 #include "qvox/platform/Platform.h"
 #include "qvox/platform/PlatformObjects.h"
 #include "qvox/platform/Registry.h"
+#include "qvox/routes/RouteManager.h"
 
 namespace qvox::testing {
 
 namespace fs = std::filesystem;
+using Block = std::vector<std::pair<std::string, std::string>>;
+using Items = std::vector<CString>;
 
-// The bytes of a cache file, written out by hand.
-class Bytes {
-  public:
-    Bytes& U32(std::uint32_t value) {
-        for (int i = 0; i < 4; ++i)
-            data_.push_back(static_cast<char>(value >> (8 * i)));
-        return *this;
-    }
-    // A narrow string with a one-byte length.
-    Bytes& Str(const std::string& text) {
-        data_.push_back(static_cast<char>(text.size()));
-        data_ += text;
-        return *this;
-    }
-    Bytes& Raw(const std::string& bytes) {
-        data_ += bytes;
-        return *this;
-    }
-    const std::string& str() const { return data_; }
+inline std::string U32(std::uint32_t value) {
+    return {static_cast<char>(value), static_cast<char>(value >> 8), static_cast<char>(value >> 16),
+            static_cast<char>(value >> 24)};
+}
 
-  private:
-    std::string data_;
-};
+// A cache file: the version and the blocks given, the others empty; texts below 255 bytes.
+inline std::string CacheBytes(std::uint32_t version, const std::vector<Block>& blocks) {
+    std::string bytes = U32(version);
+    for (std::size_t i = 0; i < 8; ++i) {
+        bytes += U32(i < blocks.size() ? static_cast<std::uint32_t>(blocks[i].size()) : 0);
+        for (const auto& [code, display] : i < blocks.size() ? blocks[i] : Block{})
+            bytes += char(code.size()) + code + char(display.size()) + display;
+    }
+    return bytes;
+}
 
-// The platform's root object and its route lists, counting the requests per category. Set it up
-// before it serves: only the counters and the failure change while threads use it.
+// The items GetRoutelist appends to a list that held start.
+inline Items ListOf(RouteManager& manager, ULONG category, bool multiLeg, Items start = {}) {
+    CStringList list;
+    for (const CString& item : start)
+        list.AddTail(item);
+    manager.GetRoutelist(list, category, multiLeg);
+    Items items;
+    for (POSITION pos = list.GetHeadPosition(); pos != nullptr;)
+        items.push_back(list.GetNext(pos));
+    return items;
+}
+
+// Runs body(0) to body(count - 1) in threads that start together; returns when all have ended.
+inline void Together(int count, const std::function<void(int)>& body) {
+    std::latch start(count);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < count; ++t)
+        threads.emplace_back([&, t] { start.arrive_and_wait(), body(t); });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+// The platform's root object, counting the requests per category. Set it up before it serves:
+// only the counters and the failure change while threads use it.
 class FakeRouteServer final : public ComObject<IMVRoot, IMVRouteList> {
   public:
     HRESULT GetServices(IUnknown** services) override {
         // Some other object when it should lack the route-list interface.
-        *services = withoutRouteList ? static_cast<IUnknown*>(CMVCollection::Create().Detach())
-                                     : AsUnknown();
+        *services = withoutRouteList ? CMVCollection::Create().Detach() : AsUnknown();
         if (!withoutRouteList) AddRef();
         return S_OK;
     }
@@ -77,30 +91,28 @@ class FakeRouteServer final : public ComObject<IMVRoot, IMVRouteList> {
 
 class RouteRoot : public ::testing::Test {
   protected:
-    RouteRoot()
-        : root_(fs::temp_directory_path() /
-                ("qvox-routes-" + std::to_string(::getpid()) + "-" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        fs::remove_all(root_);
-        fs::create_directories(root_ / "Program");
-    }
+    RouteRoot() { fs::create_directories(root_ / "Program"); }
     ~RouteRoot() override { fs::remove_all(root_); }
 
+    // A trailing separator, as a platform may give it, is cut off.
     PlatformServices Services() const {
         PlatformServices services;
-        // A trailing separator, as a platform may give it: it is cut off.
         services.directories =
             std::make_shared<FixedPlatformDirectories>(root_.string() + "/", "Software\\Test");
         services.settings = store_;
         return services;
     }
-
-    // Installs server as the platform's root object for the rest of the test.
-    void Serve(const _com_ptr_t<FakeRouteServer>& server) {
+    // Installs a root object serving texts for the rest of the test; returns it.
+    FakeRouteServer& Serve(std::map<LONG, std::string> texts, int emptyAnswers = 0) {
+        server_ = MakeComObject<FakeRouteServer>();
+        server_->texts = std::move(texts);
+        server_->emptyAnswers = emptyAnswers;
         PlatformServices services = Services();
         services.objects =
-            std::make_shared<LibraryPlatformObjects>(IUnknownPtr(server->AsUnknown()));
+            std::make_shared<LibraryPlatformObjects>(IUnknownPtr(server_->AsUnknown()));
+        platform_.reset();  // the previous one first, or it would restore what it replaced
         platform_ = std::make_unique<ScopedPlatformServices>(services);
+        return *server_;
     }
 
     fs::path Cache() const { return root_ / "Program" / "Routes.rlst"; }
@@ -111,19 +123,20 @@ class RouteRoot : public ::testing::Test {
         std::ifstream in(Cache(), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(in), {});
     }
-    // "Test Route" in the user's order entry settings.
     void SetTesting(DWORD value) const {
         HKEY key = nullptr;
-        ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Test\\Order Entry\\Settings", 0,
-                                  nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
-                  ERROR_SUCCESS);
+        RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Test\\Order Entry\\Settings", 0, nullptr, 0,
+                        KEY_ALL_ACCESS, nullptr, &key, nullptr);
         RegSetValueExA(key, "Test Route", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), 4);
         RegCloseKey(key);
     }
 
-    fs::path root_;
+    fs::path root_ = fs::temp_directory_path() /
+                     ("qvox-routes-" + std::to_string(::getpid()) + "-" +
+                      ::testing::UnitTest::GetInstance()->current_test_info()->name());
     std::shared_ptr<SqliteRegistryStore> store_ = SqliteRegistryStore::InMemory();
     ScopedPlatformServices services_{Services()};
+    _com_ptr_t<FakeRouteServer> server_;
     std::unique_ptr<ScopedPlatformServices> platform_;
 };
 
