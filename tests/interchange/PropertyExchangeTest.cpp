@@ -304,9 +304,11 @@ TEST(PropertyExchange, OutsideObjectsGetAnAnswerAndNoCrash) {
 
     // An object that contains itself is read once.
     C looped;
-    looped.SetOrderProperties(IDispatchPtr(SelfContaining()));
+    const IMVPropertiesPtr loop = SelfContaining();
+    looped.SetOrderProperties(IDispatchPtr(loop));
     EXPECT_EQ(looped.m_Symbol, "LOOP");
     EXPECT_EQ(looped.GetOSOChildCount(), 0u);
+    SetPropertyByNumber(loop, 79, _variant_t());  // counted references can't free a cycle
 
     // A bracket follower can't join a head that isn't one: the reader deletes it (LSan sees
     // any leak), and a collection item that is no property object becomes an empty record.
