@@ -5,6 +5,7 @@
 //
 // Graphs of any depth go both ways without recursion: an explicit stack of frames stands in for
 // the nesting of objects, so a tree 10,000 generations deep costs heap, not stack.
+#include <array>
 #include <cstring>
 #include <memory>
 #include <unordered_set>
@@ -24,20 +25,31 @@ namespace {
 // ---- Values of fields ----
 
 // Calls f with the field of row in record.
+// The wire type names the kind of field, so one switch finds it.
 template <class R, class Record, class F>
 void VisitField(const PropertyRow<R>& row, Record& record, F&& f) {
-    if (row.text) {
-        f(record.*row.text);
-    } else if (row.real) {
-        f(record.*row.real);
-    } else if (row.ulong) {
-        f(record.*row.ulong);
-    } else if (row.integer) {
-        f(record.*row.integer);
-    } else if (row.shortint) {
-        f(record.*row.shortint);
-    } else if (row.flag) {
-        f(record.*row.flag);
+    switch (row.vt) {
+        case VT_BSTR:
+            if (row.text) f(record.*row.text);
+            break;
+        case VT_R8:
+            if (row.real) f(record.*row.real);
+            break;
+        case VT_UI4:
+            if (row.ulong) f(record.*row.ulong);
+            break;
+        case VT_I4:
+        case VT_INT:
+            if (row.integer) f(record.*row.integer);
+            break;
+        case VT_I2:
+            if (row.shortint) f(record.*row.shortint);
+            break;
+        case VT_BOOL:
+            if (row.flag) f(record.*row.flag);
+            break;
+        default:
+            break;
     }
 }
 
@@ -136,9 +148,44 @@ _variant_t Fetch(IMVProperties* object, int number, HRESULT& hr) {
     return value;
 }
 
-void Store(IMVProperties* object, int number, const VARIANT& value) {
+// A fetched value, lent by the object where it can, copied into holder where it can't.
+struct Fetched {
+    _variant_t holder;
+    const VARIANT* value = nullptr;
+    HRESULT hr = S_OK;
+
+    Fetched(IMVProperties* object, int number)
+        : hr(ReadPropertyByNumber(object, number, holder, &value)) {}
+    bool Ok() const { return SUCCEEDED(hr) && value != nullptr; }
+};
+
+// Stores value under number and hands it over to the object.
+void Store(IMVProperties* object, int number, _variant_t&& value) {
     if (!object) _com_issue_error(E_POINTER);
-    ThrowIfFailed(SetPropertyByNumber(object, number, value));
+    ThrowIfFailed(TakePropertyByNumber(object, number, &value));
+}
+
+// The numbers an object holds, when it can tell; the reader then asks only for those.
+struct Present {
+    bool known = false;
+    std::array<bool, kLastOrderProperty + 1> numbers{};
+
+    bool MayHold(int number) const { return !known || numbers[static_cast<std::size_t>(number)]; }
+};
+
+Present NumbersIn(IMVProperties* object) {
+    Present present;
+    LONG count = 0;
+    if (FAILED(object->GetCount(&count))) return present;
+    for (LONG i = 0; i < count; ++i) {
+        _variant_t key;
+        if (FAILED(object->GetKeyAt(i, &key)) || key.vt != VT_I4) return present;
+        if (key.lVal >= 0 && key.lVal <= kLastOrderProperty) {
+            present.numbers[static_cast<std::size_t>(key.lVal)] = true;
+        }
+    }
+    present.known = true;
+    return present;
 }
 
 // Stores every marked field of rows, in order, into object.
@@ -149,7 +196,7 @@ void StoreFields(const R& record, const PropertyRow<R> (&rows)[N], IMVProperties
             if (!IsMarked(field)) return;
             _variant_t value;
             Put(value, row.vt, field);
-            Store(object, row.number, value);
+            Store(object, row.number, std::move(value));
         });
     }
 }
@@ -193,7 +240,6 @@ constexpr int kFollowers = 78;
 constexpr int kChildren = 79;
 constexpr int kBracket = 80;
 constexpr int kLegCount = 61;
-constexpr int kPriceScale = 25;
 constexpr int kPieceValue = 56;
 constexpr SHORT kMostLegs = 4;  // the main leg and the three of m_Legs
 
@@ -244,15 +290,23 @@ void QVOrderLeg::SetLegProperties(IDispatchPtr object) {
     const IMVPropertiesPtr properties(object);
     if (!properties) return;
     for (const LegPropertyRow& row : g_LegProperties) {
-        HRESULT hr = S_OK;
-        const _variant_t value = Fetch(properties, row.number, hr);
-        if (SUCCEEDED(hr)) ReadField(row, *this, value);
+        const Fetched fetched(properties, row.number);
+        if (fetched.Ok()) ReadField(row, *this, *fetched.value);
     }
 }
 
 // ---- Whole graphs out ----
 
 namespace {
+
+// The rows in the order GetOrderProperties stores them.
+constexpr auto kStoreRows = [] {
+    std::array<const OrderPropertyRow*, std::size(g_OrderPropertiesStoreOrder)> rows{};
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows[i] = FindOrderProperty(g_OrderPropertiesStoreOrder[i]);
+    }
+    return rows;
+}();
 
 // One record on its way into a property object: the object, and how far its children and
 // followers have come.
@@ -272,7 +326,8 @@ StoreFrame BeginStore(const C& record) {
     frame.object = NewPropertyObject();
     IMVProperties* object = frame.object;
     // 81 goes in its place in the order, always: the override, else the computed category.
-    for (const int number : g_OrderPropertiesStoreOrder) {
+    for (const OrderPropertyRow* row : kStoreRows) {
+        const int number = row->number;
         if (number == 81) {
             const ULONG category = record.m_OrderCategoryOverride.valid
                                        ? record.m_OrderCategoryOverride.value
@@ -280,11 +335,11 @@ StoreFrame BeginStore(const C& record) {
             Store(object, number, _variant_t(category));
             continue;
         }
-        VisitField(*FindOrderProperty(number), record, [&](const auto& field) {
+        VisitField(*row, record, [&](const auto& field) {
             if (!IsMarked(field)) return;
             _variant_t value;
-            Put(value, FindOrderProperty(number)->vt, field);
-            Store(object, number, value);
+            Put(value, row->vt, field);
+            Store(object, number, std::move(value));
         });
     }
     const int legs = LegsInUse(record);
@@ -296,6 +351,13 @@ StoreFrame BeginStore(const C& record) {
     return frame;
 }
 
+void StoreBracket(const C& record, IMVProperties* object) {
+    if (!record.m_Bracket.valid) return;
+    _variant_t flag;
+    Put(flag, VT_BOOL, record.m_Bracket);
+    Store(object, kBracket, std::move(flag));
+}
+
 void AddToCollection(IMVCollection* collection, IMVProperties* object) {
     if (!collection) _com_issue_error(E_POINTER);
     ThrowIfFailed(collection->Add(object));
@@ -304,6 +366,12 @@ void AddToCollection(IMVCollection* collection, IMVProperties* object) {
 }  // namespace
 
 IDispatchPtr C::GetOrderProperties() const {
+    if (GetOSOChildCount() == 0 && (GetOCAPrevious() != nullptr || GetOCANext() == nullptr)) {
+        // An order that carries no other: no stack to keep.
+        StoreFrame frame = BeginStore(*this);
+        StoreBracket(*this, frame.object);
+        return frame.object;
+    }
     std::vector<StoreFrame> stack;
     stack.push_back(BeginStore(*this));
     for (;;) {
@@ -341,11 +409,7 @@ IDispatchPtr C::GetOrderProperties() const {
             }
             top.stage = 2;
         }
-        if (record.m_Bracket.valid) {
-            _variant_t flag;
-            Put(flag, VT_BOOL, record.m_Bracket);
-            Store(top.object, kBracket, flag);
-        }
+        StoreBracket(record, top.object);
         IMVPropertiesPtr done = std::move(top.object);
         stack.pop_back();
         if (stack.empty()) return done;
@@ -367,13 +431,20 @@ struct ReadFrame {
     IMVCollectionPtr collection;
     LONG position = 0;
     bool oneStage = false;  // a single collection given by SetOrderProperty
+    Present present;
 };
 
 class GraphReader {
   public:
     // Reads object into record: fields, legs, the bracket flag, then the groups.
     void Read(C& record, IUnknown* object) {
-        m_stack.push_back(Begin(record, nullptr, object));
+        ReadFrame root = Begin(record, nullptr, object);
+        // An object that holds no other order needs no stack.
+        if (!root.collection &&
+            (root.stage == 2 || (root.present.known && !root.present.numbers[kFollowers]))) {
+            return;
+        }
+        m_stack.push_back(std::move(root));
         Run();
     }
 
@@ -401,39 +472,47 @@ class GraphReader {
             return frame;
         }
         Remember(frame.object);
-        ReadFields(record, frame.object);
-        StartWalk(frame, CollectionAt(frame.object, kChildren));
+        frame.present = NumbersIn(frame.object);
+        ReadFields(record, frame.object, frame.present);
+        StartWalk(frame, CollectionAt(frame.object, kChildren, frame.present));
         return frame;
     }
 
-    static void ReadFields(C& record, IMVProperties* object) {
-        for (const int number : g_OrderPropertiesReadOrder) {
-            HRESULT hr = S_OK;
-            const _variant_t value = Fetch(object, number, hr);
-            if (FAILED(hr)) {
-                // Without its own piece value the record takes its price scale's.
-                if (number == kPieceValue && record.m_PriceScale.valid) {
-                    record.m_PieceValue = Helper::GetBaseCodeDecimalFactor(
-                        static_cast<char>(record.m_PriceScale.value));
-                }
-                continue;
-            }
-            const OrderPropertyRow& row = *FindOrderProperty(number);
-            if (number == kLegCount) {
-                // The record has room for three legs beside its own; a larger count can't be
-                // held, and is refused here rather than trusted by every loop over the legs.
-                const ValidDataT<SHORT> before = record.m_LegCount;
-                ReadField(row, record, value);
-                if (!LegCountFits(record.m_LegCount.value)) {
-                    record.m_LegCount.valid = before.valid;
-                    record.m_LegCount.value = before.value;
-                }
-                continue;
-            }
+    // One fetched number into its field.
+    static void ReadNumber(C& record, int number, const VARIANT& value) {
+        const OrderPropertyRow& row = *FindOrderProperty(number);
+        if (number == kLegCount) {
+            // The record has room for three legs beside its own; a larger count can't be held,
+            // and is refused here rather than trusted by every loop over the legs.
+            const ValidDataT<SHORT> before = record.m_LegCount;
             ReadField(row, record, value);
+            if (!LegCountFits(record.m_LegCount.value)) {
+                record.m_LegCount.valid = before.valid;
+                record.m_LegCount.value = before.value;
+            }
+            return;
+        }
+        ReadField(row, record, value);
+    }
+
+    static void ReadFields(C& record, IMVProperties* object, const Present& present) {
+        for (const int number : g_OrderPropertiesReadOrder) {
+            if (present.MayHold(number)) {
+                const Fetched fetched(object, number);
+                if (fetched.Ok()) {
+                    ReadNumber(record, number, *fetched.value);
+                    continue;
+                }
+            }
+            // Without its own piece value the record takes its price scale's.
+            if (number == kPieceValue && record.m_PriceScale.valid) {
+                record.m_PieceValue =
+                    Helper::GetBaseCodeDecimalFactor(static_cast<char>(record.m_PriceScale.value));
+            }
         }
         const int legs = LegsInUse(record);
         for (int i = 0; i < legs; ++i) {
+            if (!present.MayHold(57 + i)) continue;
             HRESULT hr = S_OK;
             const _variant_t value = Fetch(object, 57 + i, hr);
             if (FAILED(hr)) continue;
@@ -441,12 +520,15 @@ class GraphReader {
             ThrowIfFailed(VariantChangeType(&leg, &value, 0, VT_DISPATCH));
             record.m_Legs[i].SetLegProperties(IDispatchPtr(leg.pdispVal));
         }
+        if (!present.MayHold(kBracket)) return;
         HRESULT hr = S_OK;
         const _variant_t bracket = Fetch(object, kBracket, hr);
         if (SUCCEEDED(hr)) ReadField(*FindOrderProperty(kBracket), record, bracket);
     }
 
-    static IMVCollectionPtr CollectionAt(IMVProperties* object, int number) {
+    static IMVCollectionPtr CollectionAt(IMVProperties* object, int number,
+                                         const Present& present) {
+        if (!present.MayHold(number)) return nullptr;
         HRESULT hr = S_OK;
         const _variant_t value = Fetch(object, number, hr);
         return SUCCEEDED(hr) ? ObjectOf<IMVCollection>(value) : nullptr;
@@ -481,7 +563,8 @@ class GraphReader {
                 }
                 if (top.stage == 0 && !top.oneStage) {
                     top.stage = 1;
-                    StartWalk(top, top.object ? CollectionAt(top.object, kFollowers) : nullptr);
+                    StartWalk(top, top.object ? CollectionAt(top.object, kFollowers, top.present)
+                                              : nullptr);
                 } else {
                     top.stage = 2;
                 }
@@ -505,11 +588,20 @@ class GraphReader {
     void Remember(IUnknown* object) {
         IUnknownPtr identity;
         identity.QueryInterface(object);
-        if (m_seen.insert(identity.GetInterfacePtr()).second) m_held.push_back(identity);
+        if (!m_first) {
+            // Most reads meet one object: no set for it.
+            m_first = identity;
+        } else if (identity != m_first && m_seen.insert(identity.GetInterfacePtr()).second) {
+            m_held.push_back(identity);
+        }
     }
-    bool Seen(IUnknown* object) const { return m_seen.count(Identity(object)) != 0; }
+    bool Seen(IUnknown* object) const {
+        IUnknown* identity = Identity(object);
+        return identity == m_first.GetInterfacePtr() || m_seen.count(identity) != 0;
+    }
 
     std::vector<ReadFrame> m_stack;
+    IUnknownPtr m_first;
     std::unordered_set<IUnknown*> m_seen;
     std::vector<IUnknownPtr> m_held;
 };

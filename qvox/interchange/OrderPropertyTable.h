@@ -246,19 +246,24 @@ inline constexpr int g_OrderPropertiesReadOrder[] = {
 
 inline constexpr int kLastOrderProperty = 91;
 
+namespace property_rows {
+
+// Row index of each number from 0 to kLastOrderProperty, -1 for no property.
+inline constexpr auto kRowOfNumber = [] {
+    std::array<std::int8_t, kLastOrderProperty + 1> slots{};
+    slots.fill(-1);
+    for (std::size_t i = 0; i < std::size(g_OrderProperties); ++i) {
+        slots[static_cast<std::size_t>(g_OrderProperties[i].number)] = static_cast<std::int8_t>(i);
+    }
+    return slots;
+}();
+
+}  // namespace property_rows
+
 // The row of number, or null for a number that is no property.
 constexpr const OrderPropertyRow* FindOrderProperty(int number) {
-    constexpr auto index = [] {
-        std::array<std::int8_t, kLastOrderProperty + 1> slots{};
-        slots.fill(-1);
-        for (std::size_t i = 0; i < std::size(g_OrderProperties); ++i) {
-            slots[static_cast<std::size_t>(g_OrderProperties[i].number)] =
-                static_cast<std::int8_t>(i);
-        }
-        return slots;
-    }();
     if (number < 0 || number > kLastOrderProperty) return nullptr;
-    const std::int8_t slot = index[static_cast<std::size_t>(number)];
+    const std::int8_t slot = property_rows::kRowOfNumber[static_cast<std::size_t>(number)];
     return slot < 0 ? nullptr : &g_OrderProperties[slot];
 }
 

@@ -56,16 +56,22 @@ char ToByte(char32_t code) noexcept {
 
 template <typename Unit>
 std::string FromUtf16(std::basic_string_view<Unit> text) {
-    std::string out;
-    out.reserve(text.size());
+    // One byte a unit at most: write in place, and cut what surrogate pairs left over.
+    std::string out(text.size(), '\0');
+    std::size_t written = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const auto unit = static_cast<char32_t>(text[i]);
+        if (unit < 0x80) {
+            out[written++] = static_cast<char>(unit);
+            continue;
+        }
         // No character beyond the BMP is in the code page, so a pair is one '?' like a lone half.
         if (IsHighSurrogate(unit) && i + 1 < text.size() &&
             IsLowSurrogate(static_cast<char32_t>(text[i + 1])))
             ++i;
-        out += ToByte(unit);
+        out[written++] = ToByte(unit);
     }
+    out.resize(written);
     return out;
 }
 

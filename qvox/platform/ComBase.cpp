@@ -1,6 +1,10 @@
 #include "qvox/platform/ComBase.h"
 
 #include <cstdio>
+#include <utility>
+#include <vector>
+
+#include "qvox/platform/ComObject.h"
 
 namespace qvox {
 
@@ -20,6 +24,30 @@ _com_error::_com_error(HRESULT hr) noexcept : m_hr(hr) {
 void _com_issue_error(HRESULT hr) {
     throw _com_error(hr);
 }
+
+namespace com_detail {
+
+void DestroyObject(void* object, void (*destroy)(void*)) noexcept {
+    struct Pending {
+        bool destroying = false;
+        std::vector<std::pair<void*, void (*)(void*)>> objects;
+    };
+    thread_local Pending pending;
+    if (pending.destroying) {
+        pending.objects.emplace_back(object, destroy);
+        return;
+    }
+    pending.destroying = true;
+    destroy(object);
+    while (!pending.objects.empty()) {
+        const auto [next, destroyNext] = pending.objects.back();
+        pending.objects.pop_back();
+        destroyNext(next);
+    }
+    pending.destroying = false;
+}
+
+}  // namespace com_detail
 
 }  // namespace qvox
 

@@ -39,6 +39,11 @@ bool Find(REFIID iid, I* self, void** out) {
     }
 }
 
+// Runs destroy(object) now, or, when this thread is already destroying an object, after that
+// one is done. An object that holds the last reference to another thus never destroys it from
+// inside its own destructor, and a chain of objects 100,000 long goes with a flat stack.
+void DestroyObject(void* object, void (*destroy)(void*)) noexcept;
+
 }  // namespace com_detail
 
 template <typename First, typename... Rest>
@@ -57,7 +62,10 @@ class ComObject : public First, public Rest... {
     ULONG AddRef() override { return m_refs.fetch_add(1, std::memory_order_relaxed) + 1; }
     ULONG Release() override {
         const ULONG left = m_refs.fetch_sub(1, std::memory_order_acq_rel) - 1;
-        if (left == 0) delete this;
+        if (left == 0) {
+            com_detail::DestroyObject(
+                this, [](void* self) noexcept { delete static_cast<ComObject*>(self); });
+        }
         return left;
     }
 

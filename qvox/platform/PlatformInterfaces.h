@@ -25,6 +25,24 @@ class IMVProperties : public IDispatch {
     // A copy of the value of key into *value, which is cleared first. A negative status, with
     // *value left alone, when the key is absent.
     virtual HRESULT GetValue(const VARIANT& key, VARIANT* value) = 0;
+    // Stores *value under key and takes it over: *value is empty afterwards, whatever the
+    // answer. An object may move the value in rather than copy it; by default it is copied and
+    // the original cleared.
+    virtual HRESULT TakeValue(const VARIANT& key, VARIANT* value) {
+        if (!value) return E_POINTER;
+        const HRESULT hr = SetValue(key, *value);
+        VariantClear(value);
+        return hr;
+    }
+    // Lends the value of key: *value points at the object's own copy, valid until the object
+    // next changes. A negative status, with *value null, when the key is absent. An object that
+    // can't lend its values answers E_NOTIMPL, and the caller fetches a copy with GetValue.
+    virtual HRESULT PeekValue(const VARIANT& key, const VARIANT** value) {
+        if (!value) return E_POINTER;
+        (void)key;
+        *value = nullptr;
+        return E_NOTIMPL;
+    }
     // How many keys the object holds.
     virtual HRESULT GetCount(LONG* count) = 0;
     // The key stored index-th (from 0, in the order keys were first stored) into *key, which is

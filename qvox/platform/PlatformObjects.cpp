@@ -66,11 +66,36 @@ HRESULT SetPropertyByNumber(IMVProperties* object, LONG number, const VARIANT& v
     return object->SetValue(key, value);
 }
 
+HRESULT TakePropertyByNumber(IMVProperties* object, LONG number, VARIANT* value) {
+    if (!object) {
+        VariantClear(value);
+        return E_POINTER;
+    }
+    VARIANT key;
+    VariantInit(&key);
+    key.vt = VT_I4;
+    key.lVal = number;
+    return object->TakeValue(key, value);
+}
+
+HRESULT ReadPropertyByNumber(IMVProperties* object, LONG number, _variant_t& holder,
+                             const VARIANT** value) {
+    *value = nullptr;
+    if (!object) return E_POINTER;
+    VARIANT key;
+    VariantInit(&key);
+    key.vt = VT_I4;
+    key.lVal = number;
+    HRESULT hr = object->PeekValue(key, value);
+    if (hr != E_NOTIMPL) return hr;
+    hr = object->GetValue(key, &holder);
+    if (SUCCEEDED(hr)) *value = &holder;
+    return hr;
+}
+
 // ---- CMVProperties ----
 
 namespace {
-
-constexpr LONG kSmallKeys = 1024;
 
 HRESULT KeyNumber(const VARIANT& key, LONG& number) {
     if (key.vt == VT_I4) {
@@ -99,30 +124,53 @@ CMVProperties::~CMVProperties() {
 
 std::ptrdiff_t CMVProperties::Find(LONG key) const {
     if (key >= 0 && key < kSmallKeys) {
-        const auto slot = static_cast<std::size_t>(key);
-        if (slot >= m_small.size() || m_small[slot] == 0) return -1;
-        return static_cast<std::ptrdiff_t>(m_small[slot]) - 1;
+        const std::uint32_t slot = m_small[static_cast<std::size_t>(key)];
+        return static_cast<std::ptrdiff_t>(slot) - 1;
     }
     const auto it = m_large.find(key);
     return it == m_large.end() ? -1 : static_cast<std::ptrdiff_t>(it->second);
+}
+
+CMVProperties::CMVProperties() {
+    // Room for an order's fields: it stores them one after another.
+    m_values.reserve(32);
 }
 
 HRESULT CMVProperties::SetValue(const VARIANT& key, const VARIANT& value) {
     LONG number = 0;
     HRESULT hr = KeyNumber(key, number);
     if (FAILED(hr)) return hr;
-    const std::ptrdiff_t at = Find(number);
-    if (at >= 0) return VariantCopy(&m_values[static_cast<std::size_t>(at)].value, &value);
-    Entry entry{number, {}};
-    VariantInit(&entry.value);
-    hr = VariantCopy(&entry.value, &value);
+    VARIANT copy;
+    VariantInit(&copy);
+    hr = VariantCopy(&copy, &value);
     if (FAILED(hr)) return hr;
+    return Put(number, copy);
+}
+
+HRESULT CMVProperties::TakeValue(const VARIANT& key, VARIANT* value) {
+    if (!value) return E_POINTER;
+    LONG number = 0;
+    const HRESULT hr = KeyNumber(key, number);
+    if (FAILED(hr)) {
+        VariantClear(value);
+        return hr;
+    }
+    VARIANT taken = *value;
+    VariantInit(value);
+    return Put(number, taken);
+}
+
+HRESULT CMVProperties::Put(LONG number, VARIANT& value) {
+    const std::ptrdiff_t at = Find(number);
+    if (at >= 0) {
+        VARIANT& slot = m_values[static_cast<std::size_t>(at)].value;
+        VariantClear(&slot);
+        slot = value;
+        return S_OK;
+    }
     const bool small = number >= 0 && number < kSmallKeys;
     try {
-        if (small && static_cast<std::size_t>(number) >= m_small.size()) {
-            m_small.resize(static_cast<std::size_t>(number) + 1, 0);
-        }
-        m_values.push_back(entry);
+        m_values.push_back(Entry{number, value});
         if (small) {
             m_small[static_cast<std::size_t>(number)] = static_cast<std::uint32_t>(m_values.size());
         } else {
@@ -134,7 +182,7 @@ HRESULT CMVProperties::SetValue(const VARIANT& key, const VARIANT& value) {
             }
         }
     } catch (const std::bad_alloc&) {
-        VariantClear(&entry.value);
+        VariantClear(&value);
         return E_OUTOFMEMORY;
     }
     return S_OK;
@@ -148,6 +196,18 @@ HRESULT CMVProperties::GetValue(const VARIANT& key, VARIANT* value) {
     const std::ptrdiff_t at = Find(number);
     if (at < 0) return DISP_E_MEMBERNOTFOUND;
     return VariantCopy(value, &m_values[static_cast<std::size_t>(at)].value);
+}
+
+HRESULT CMVProperties::PeekValue(const VARIANT& key, const VARIANT** value) {
+    if (!value) return E_POINTER;
+    *value = nullptr;
+    LONG number = 0;
+    const HRESULT hr = KeyNumber(key, number);
+    if (FAILED(hr)) return hr;
+    const std::ptrdiff_t at = Find(number);
+    if (at < 0) return DISP_E_MEMBERNOTFOUND;
+    *value = &m_values[static_cast<std::size_t>(at)].value;
+    return S_OK;
 }
 
 HRESULT CMVProperties::GetCount(LONG* count) {

@@ -5,6 +5,8 @@
 // and keeps what it has.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -51,6 +53,12 @@ IUnknownPtr GetPlatformRootObject();
 HRESULT GetPropertyByNumber(IMVProperties* object, LONG number, VARIANT* value);
 // Stores value under property number, through a VT_I4 key. E_POINTER for a null object.
 HRESULT SetPropertyByNumber(IMVProperties* object, LONG number, const VARIANT& value);
+// Stores *value under property number and takes it over (see IMVProperties::TakeValue).
+HRESULT TakePropertyByNumber(IMVProperties* object, LONG number, VARIANT* value);
+// The value of property number, lent by the object when it can (see IMVProperties::PeekValue),
+// else fetched into holder; *value points at one or the other. The fetch's status.
+HRESULT ReadPropertyByNumber(IMVProperties* object, LONG number, _variant_t& holder,
+                             const VARIANT** value);
 
 // ---- The library's plain objects ----
 
@@ -62,16 +70,20 @@ class CMVProperties final : public DispatchObject<IMVProperties> {
     static IMVPropertiesPtr Create();
 
     HRESULT SetValue(const VARIANT& key, const VARIANT& value) override;
+    HRESULT TakeValue(const VARIANT& key, VARIANT* value) override;
     HRESULT GetValue(const VARIANT& key, VARIANT* value) override;
+    HRESULT PeekValue(const VARIANT& key, const VARIANT** value) override;
     HRESULT GetCount(LONG* count) override;
     HRESULT GetKeyAt(LONG index, VARIANT* key) override;
 
-    CMVProperties() = default;
+    CMVProperties();
 
   private:
     ~CMVProperties() override;
     // The index of key's entry in m_values, or -1.
     std::ptrdiff_t Find(LONG key) const;
+    // Stores value, which the object owns from then on (also when it fails).
+    HRESULT Put(LONG number, VARIANT& value);
 
     struct Entry {
         LONG key;
@@ -79,8 +91,9 @@ class CMVProperties final : public DispatchObject<IMVProperties> {
     };
     std::vector<Entry> m_values;
     // Entry index + 1 of each small key, 0 for none: property numbers are small, and an order
-    // stores all of its fields one after another.
-    std::vector<std::uint32_t> m_small;
+    // stores all of its fields one after another. Other keys go to the map.
+    static constexpr LONG kSmallKeys = 128;
+    std::array<std::uint32_t, kSmallKeys> m_small{};
     std::map<LONG, std::size_t> m_large;
 };
 

@@ -21,28 +21,14 @@ struct SAFEARRAY {
 
 namespace {
 
-bool KnownScalar(VARTYPE vt) {
-    switch (vt) {
-        case VT_EMPTY:
-        case VT_NULL:
-        case VT_I1:
-        case VT_I2:
-        case VT_I4:
-        case VT_INT:
-        case VT_UI4:
-        case VT_R8:
-        case VT_BOOL:
-        case VT_BSTR:
-        case VT_DISPATCH:
-        case VT_UNKNOWN:
-            return true;
-        default:
-            return false;
-    }
-}
+// The types this layer knows, as bits of a mask over the small type numbers.
+constexpr std::uint32_t kKnownScalars = (1u << VT_EMPTY) | (1u << VT_NULL) | (1u << VT_I1) |
+                                        (1u << VT_I2) | (1u << VT_I4) | (1u << VT_INT) |
+                                        (1u << VT_UI4) | (1u << VT_R8) | (1u << VT_BOOL) |
+                                        (1u << VT_BSTR) | (1u << VT_DISPATCH) | (1u << VT_UNKNOWN);
 
 bool Known(VARTYPE vt) {
-    return KnownScalar(vt) || vt == (VT_ARRAY | VT_VARIANT);
+    return (vt < 32 && ((kKnownScalars >> vt) & 1u) != 0) || vt == (VT_ARRAY | VT_VARIANT);
 }
 
 }  // namespace
@@ -172,15 +158,7 @@ HRESULT SafeArrayCopy(SAFEARRAY* source, SAFEARRAY** copy) {
 
 // ---- Variants ----
 
-void VariantInit(VARIANT* v) {
-    if (!v) return;
-    v->vt = VT_EMPTY;
-    v->llVal = 0;
-}
-
-HRESULT VariantClear(VARIANT* v) {
-    if (!v) return E_INVALIDARG;
-    if (!Known(v->vt)) return DISP_E_BADVARTYPE;
+HRESULT variant_detail::ClearOwned(VARIANT* v) {
     switch (v->vt) {
         case VT_BSTR:
             SysFreeString(v->bstrVal);
@@ -195,6 +173,7 @@ HRESULT VariantClear(VARIANT* v) {
             if (v->parray) SafeArrayDestroy(v->parray);
             break;
         default:
+            if (!Known(v->vt)) return DISP_E_BADVARTYPE;
             break;
     }
     VariantInit(v);
@@ -543,10 +522,6 @@ _variant_t::_variant_t(const _variant_t& source)
 _variant_t::_variant_t(_variant_t&& source) noexcept {
     *static_cast<VARIANT*>(this) = source;
     VariantInit(&source);
-}
-
-_variant_t::~_variant_t() {
-    VariantClear(this);
 }
 
 _variant_t& _variant_t::operator=(const VARIANT& source) {

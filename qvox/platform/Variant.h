@@ -83,10 +83,37 @@ struct VARIANT {
 };
 
 // Makes v empty without looking at what it held.
-void VariantInit(VARIANT* v);
+inline void VariantInit(VARIANT* v) {
+    if (!v) return;
+    v->vt = VT_EMPTY;
+    v->llVal = 0;
+}
+
+namespace variant_detail {
+HRESULT ClearOwned(VARIANT* v);
+}  // namespace variant_detail
+
 // Frees what v owns and makes it empty. E_INVALIDARG for null, DISP_E_BADVARTYPE for a type this
 // layer does not know (v is then left alone).
-HRESULT VariantClear(VARIANT* v);
+inline HRESULT VariantClear(VARIANT* v) {
+    if (!v) return E_INVALIDARG;
+    switch (v->vt) {
+        case VT_EMPTY:
+        case VT_NULL:
+        case VT_I1:
+        case VT_I2:
+        case VT_I4:
+        case VT_INT:
+        case VT_UI4:
+        case VT_R8:
+        case VT_BOOL:
+            // Nothing owned: the common case stays out of a call.
+            VariantInit(v);
+            return S_OK;
+        default:
+            return variant_detail::ClearOwned(v);
+    }
+}
 // Clears dest, then makes it a deep copy of source (objects gain a reference).
 HRESULT VariantCopy(VARIANT* dest, const VARIANT* source);
 // Converts source to type vt into dest, which is cleared first; dest may be source itself. The
@@ -111,7 +138,7 @@ class _variant_t : public VARIANT {
     _variant_t(const VARIANT& source);
     _variant_t(const _variant_t& source);
     _variant_t(_variant_t&& source) noexcept;
-    ~_variant_t();
+    ~_variant_t() { VariantClear(this); }
     _variant_t& operator=(const _variant_t& source);
     _variant_t& operator=(_variant_t&& source) noexcept;
     _variant_t& operator=(const VARIANT& source);

@@ -23,6 +23,10 @@ void AddPriceCommand(CLI::App& app, Action& action);
 // back.
 void AddAdvCommand(CLI::App& app, Action& action);
 
+// "qvox order": the property table the platform receives for an order written in JSON, or the
+// exchange written back as JSON.
+void AddOrderCommand(CLI::App& app, Action& action);
+
 // "qvox routes": the route list a ticket offers for a platform list text, or a Routes.rlst.
 void AddRoutesCommand(CLI::App& app, Action& action);
 

@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
     qvox::tool::Action action;
     qvox::tool::AddPriceCommand(app, action);
     qvox::tool::AddAdvCommand(app, action);
+    qvox::tool::AddOrderCommand(app, action);
     qvox::tool::AddRoutesCommand(app, action);
     qvox::tool::AddCurrencyCommand(app, action);
     try {

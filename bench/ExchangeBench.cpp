@@ -1,0 +1,104 @@
+// The property exchange: one typical order to a property object and back, beside a plain copy of
+// the same record; and graphs of 10, 100 and 1,000 orders, reported per order so that a flat line
+// shows a cost that grows with the graph and no faster.
+#include "BaselineReporter.h"
+#include "qvox/order/COrderBarProperties.h"
+#include "qvox/platform/PlatformObjects.h"
+
+namespace {
+
+using qvox::COrderBarProperties;
+using qvox::SHORT;
+
+// A typical ticket: what an application fills before it hands an order over.
+void Fill(COrderBarProperties& order) {
+    order.m_OrderKey = "K-000042";
+    order.m_Account = "ACCT-0042";
+    order.m_Duration = "Day";
+    order.m_OrderType = "Limit";
+    order.m_Route = "NSDQ";
+    order.m_Symbol = "MSFT";
+    order.m_AutoPrice = "Join";
+    order.m_LimitPriceRaw = 101.25;
+    order.m_Bid = 101.2;
+    order.m_Ask = 101.3;
+    order.m_Quantity = 500;
+    order.m_SymbolCategory = 2;
+    order.m_Side = static_cast<SHORT>('B');
+    order.m_PriceScale = static_cast<SHORT>('m');
+    order.m_QuantityType = static_cast<SHORT>('#');
+    order.m_PieceValue = 0.01;
+    order.m_LocalOrderID = 42u;
+    order.m_AllOrNone = static_cast<SHORT>(1);
+}
+
+void ExchangeOne(benchmark::State& state) {
+    COrderBarProperties source;
+    Fill(source);
+    for (auto _ : state) {
+        COrderBarProperties copy;
+        copy.SetOrderProperties(source.GetOrderProperties());
+        benchmark::DoNotOptimize(copy);
+    }
+}
+
+// The plain copy of the record: what the application does to pass an order on inside one
+// process.
+void ExchangeBaseline(benchmark::State& state) {
+    COrderBarProperties source;
+    Fill(source);
+    for (auto _ : state) {
+        COrderBarProperties copy(source);
+        benchmark::DoNotOptimize(copy);
+    }
+}
+
+// n orders: a chain of three at the top, and below each of its orders child chains of two,
+// until there are n.
+void BuildGraph(COrderBarProperties& root, int n) {
+    Fill(root);
+    int made = 1;
+    std::vector<COrderBarProperties*> parents{&root};
+    for (int i = 0; i < 2 && made < n; ++i, ++made) {
+        auto* follower = new COrderBarProperties;
+        Fill(*follower);
+        root.AddOrderToOCAGroup(follower, true);
+        parents.push_back(follower);
+    }
+    for (std::size_t p = 0; made < n; ++p) {
+        auto* child = new COrderBarProperties;
+        Fill(*child);
+        parents[p]->AddOSOChildOrder(child, true);
+        parents.push_back(child);
+        ++made;
+        if (made < n) {
+            auto* sibling = new COrderBarProperties;
+            Fill(*sibling);
+            child->AddOrderToOCAGroup(sibling, true);
+            parents.push_back(sibling);
+            ++made;
+        }
+    }
+}
+
+void ExchangeGraph(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    COrderBarProperties root;
+    BuildGraph(root, n);
+    for (auto _ : state) {
+        COrderBarProperties copy;
+        copy.SetOrderProperties(root.GetOrderProperties());
+        benchmark::DoNotOptimize(copy);
+    }
+    state.counters["ns/order"] =
+        benchmark::Counter(static_cast<double>(n), benchmark::Counter::kIsIterationInvariantRate |
+                                                       benchmark::Counter::kInvert);
+}
+
+}  // namespace
+
+BENCHMARK(ExchangeBaseline)->Name("exchange/baseline");
+BENCHMARK(ExchangeOne)->Name("exchange/get+set");
+BENCHMARK(ExchangeGraph)->Name("graph/orders")->Arg(10)->Arg(100)->Arg(1000);
+
+QVOX_BENCHMARK_MAIN();
