@@ -40,7 +40,9 @@ CString DefaultPlatformDirectories::RegistryRootKey(int) const {
 }
 
 DWORD GetKelvarRootDir(char* buffer, DWORD size) {
-    const std::string root = CurrentPlatformDirectories()->RootDirectory();
+    // Asked at unload too, when this thread's cached copy of the services may already be gone:
+    // take the services in force directly. No caller asks often.
+    const std::string root = GetPlatformServices().directories->RootDirectory();
     if (buffer != nullptr && size > 0) {
         const std::size_t length = std::min<std::size_t>(root.size(), size - 1);
         std::memcpy(buffer, root.data(), length);

@@ -70,6 +70,12 @@ class COXUtil {
     static int GetStagedOrderLifeSpanCount();
     static const char* GetStagedOrderLifeSpanItem(int index);
 
+    // The routes of the route store (routes/RouteManager.h, where these two live): the items of
+    // GetRouteInfoList(list, category, false), "Intelligent" first. An item is text that the
+    // store holds until the category's list is next refreshed; null beyond the list.
+    static ULONG GetOrderRouteCount(ULONG category);
+    static const char* GetOrderRouteItem(ULONG index, ULONG category);
+
     // Categories of symbols and accounts.
 
     // 0 futures, 2 equities, 3 and 8 options, 12 forex; AccCategoryNone for the others.

@@ -10,6 +10,7 @@
 
 #include "common/DecimalCommaLocale.h"
 #include "qvox/platform/CRuntime.h"
+#include "qvox/platform/IcuLocaleService.h"
 #include "qvox/platform/Platform.h"
 #include "qvox/platform/WinError.h"
 
@@ -134,6 +135,109 @@ TEST(CRuntime, ReadsFloatsInTheCLocale) {
     QVOX_EXPECT_DECIMAL_COMMA(comma);
     EXPECT_EQ(AtoF("1.5"), 1.5);
     EXPECT_EQ(AtoF(std::string_view("2.25")), 2.25);
+}
+
+}  // namespace
+}  // namespace qvox
+
+namespace qvox {
+namespace {
+
+// The error of a failed call; ERROR_SUCCESS when it did not fail.
+DWORD FailedWith(int result) {
+    return result == 0 ? GetLastError() : ERROR_SUCCESS;
+}
+
+std::string Money(const char* value, UINT negativeOrder, UINT positiveOrder,
+                  const char* symbol = "$", UINT digits = 2) {
+    const CURRENCYFMTA format{digits, 1, 3, ".", ",", negativeOrder, positiveOrder, symbol};
+    char out[64];
+    if (GetCurrencyFormatA(LOCALE_USER_DEFAULT, 0, value, &format, out, sizeof out) == 0) {
+        return "<error " + std::to_string(GetLastError()) + ">";
+    }
+    return out;
+}
+
+TEST(CurrencyFormat, EveryOrder) {
+    const char* negatives[] = {"($1,234.50)", "-$1,234.50",  "$-1,234.50",   "$1,234.50-",
+                               "(1,234.50$)", "-1,234.50$",  "1,234.50-$",   "1,234.50$-",
+                               "-1,234.50 $", "-$ 1,234.50", "1,234.50 $-",  "$ 1,234.50-",
+                               "$ -1,234.50", "1,234.50- $", "($ 1,234.50)", "(1,234.50 $)"};
+    for (UINT order = 0; order < 16; ++order)
+        EXPECT_EQ(Money("-1234.5", order, 0), negatives[order]) << order;
+    const char* positives[] = {"$1,234.50", "1,234.50$", "$ 1,234.50", "1,234.50 $"};
+    for (UINT order = 0; order < 4; ++order)
+        EXPECT_EQ(Money("1234.5", 0, order), positives[order]) << order;
+    // A negative amount that rounds to nothing takes the positive order.
+    EXPECT_EQ(Money("-0.001", 0, 3), "0.00 $");
+    EXPECT_EQ(Money("-0.005", 1, 0, "\x80", 2), "-\2000.01");
+    EXPECT_EQ(Money("7", 1, 0, "kr.", 0), "kr.7");
+    EXPECT_EQ(Money("1", 16, 0) + Money("1", 0, 4) + Money("1,5", 0, 0) + Money("1", 0, 0, nullptr),
+              "<error 87><error 87><error 87><error 87>");
+}
+
+TEST(CurrencyFormat, BufferProtocolInBothWidths) {
+    const CURRENCYFMTW format{2, 1, 3, L",", L".", 8, 3, L"\u20AC"};
+    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, nullptr, 0), 12);
+    wchar_t wide[12];
+    EXPECT_EQ(FailedWith(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, wide, 11)),
+              ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_EQ(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"-1234.5", &format, wide, 12), 12);
+    EXPECT_EQ(std::wstring(wide), L"-1.234,50 \u20AC");
+    EXPECT_EQ(FailedWith(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 1, L"1", &format, wide, 12)),
+              ERROR_INVALID_FLAGS);
+    EXPECT_EQ(FailedWith(GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, L"1\u0661", &format, wide, 12)),
+              ERROR_INVALID_PARAMETER);
+    // The locale's own format; the built-in service lays every currency out as the dollar.
+    char out[32];
+    EXPECT_EQ(GetCurrencyFormatA(2057, LOCALE_NOUSEROVERRIDE, "-5", nullptr, out, 32), 8);
+    EXPECT_STREQ(out, "(\2435.00)");
+    EXPECT_EQ(FailedWith(GetCurrencyFormatA(0x9999, 0, "1", nullptr, out, 32)),
+              ERROR_INVALID_PARAMETER);
+}
+
+TEST(LocaleInfo, MoneyFromIcuLayoutFromTheService) {
+    const auto info = [](LCID locale, LCTYPE type) -> std::string {
+        char out[64];
+        if (GetLocaleInfoA(locale, type, out, sizeof out) > 0) return out;
+        return "<error " + std::to_string(GetLastError()) + ">";
+    };
+    // The built-in service: what a country uses for money from ICU, the layout its own.
+    // clang-format off
+    const struct { LCID locale; LCTYPE type; const char* builtIn; const char* icu; } cases[] = {
+        {2057, LOCALE_SCURRENCY, "\xA3", "\xA3"},       {2057, LOCALE_SINTLSYMBOL, "GBP", "GBP"},
+        {2057, LOCALE_SENGCOUNTRY, "United Kingdom", "United Kingdom"},
+        {1027, LOCALE_SCURRENCY, "\x80", "\x80"},
+        {1041, LOCALE_SCURRENCY, "\xA5", "\xA5"},  // U+FFE5 folded to U+00A5
+        {1041, LOCALE_ICURRDIGITS, "0", "0"},          {1031, LOCALE_SDECIMAL, ".", ","},
+        {LOCALE_USER_DEFAULT, LOCALE_SCURRENCY, "$", "CHF"},
+        {LOCALE_USER_DEFAULT, LOCALE_STHOUSAND, ",", "\x92"},  // U+2019
+        {LOCALE_USER_DEFAULT, LOCALE_ICURRENCY, "0", "2"},
+        {LOCALE_USER_DEFAULT, LOCALE_INEGCURR, "0", "2"}, {1031, LOCALE_SMONDECIMALSEP, ".", ","},
+        {1031, LOCALE_ICURRENCY, "0", "3"},            {1031, LOCALE_INEGCURR, "0", "8"},
+        {1044, LOCALE_INEGCURR, "0", "12"},            {1081, LOCALE_SGROUPING, "3;0", "3;2;0"},
+        {1036, LOCALE_STHOUSAND, ",", " "},  // U+202F folded to a blank
+        {0x9999, LOCALE_SCURRENCY, "<error 87>", "<error 87>"},  // no such id
+        {0x0009, LOCALE_SENGCOUNTRY, "<error 87>", "<error 87>"},  // a language alone
+        {0x9999, LOCALE_SDECIMAL, ".", "."},
+    };
+    // clang-format on
+    for (const auto& c : cases)
+        EXPECT_EQ(info(c.locale, c.type), c.builtIn) << c.locale << " " << c.type;
+    wchar_t wide[8];
+    EXPECT_EQ(GetLocaleInfoW(1041, LOCALE_SCURRENCY, wide, 8), 2);
+    EXPECT_EQ(wide[0], L'\uFFE5');
+
+    PlatformServices services;
+    services.locale = std::make_shared<IcuLocaleService>("de_CH");
+    const ScopedPlatformServices scoped(services);
+    for (const auto& c : cases)
+        EXPECT_EQ(info(c.locale, c.type), c.icu) << c.locale << " " << c.type;
+    char out[32];
+    EXPECT_EQ(GetCurrencyFormatA(1031, 0, "-1234.5", nullptr, out, 32), 12);
+    EXPECT_STREQ(out, "-1.234,50 \x80");
+    EXPECT_EQ(GetNumberFormatA(1081, 0, "1234567.5", nullptr, out, 32), 13);
+    EXPECT_STREQ(out, "12,34,567.50");
 }
 
 }  // namespace

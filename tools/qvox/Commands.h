@@ -27,4 +27,10 @@ void AddAdvCommand(CLI::App& app, Action& action);
 // exchange written back as JSON.
 void AddOrderCommand(CLI::App& app, Action& action);
 
+// "qvox routes": the route list a ticket offers for a platform list text, or a Routes.rlst.
+void AddRoutesCommand(CLI::App& app, Action& action);
+
+// "qvox currency": an amount as the currency formatter gives it.
+void AddCurrencyCommand(CLI::App& app, Action& action);
+
 }  // namespace qvox::tool

@@ -13,6 +13,8 @@ int main(int argc, char** argv) {
     qvox::tool::AddPriceCommand(app, action);
     qvox::tool::AddAdvCommand(app, action);
     qvox::tool::AddOrderCommand(app, action);
+    qvox::tool::AddRoutesCommand(app, action);
+    qvox::tool::AddCurrencyCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
