@@ -361,25 +361,28 @@ TreeRef Parse(std::string_view bytes, bool utf8) {
     return NewTree(doc);
 }
 
+// The writer's sink: appends to a string, which grows by doubling (a buffer that grows to the
+// exact size on every write would make large documents quadratic).
+int AppendToString(void* context, const char* bytes, int length) {
+    try {
+        static_cast<std::string*>(context)->append(bytes, static_cast<std::size_t>(length));
+        return length;
+    } catch (const std::bad_alloc&) {
+        return -1;
+    }
+}
+
 // The document as text, indented, with or without its declaration; empty for an empty
 // document. False when the writer fails.
 bool Serialize(xmlDocPtr doc, bool declaration, std::string& out) {
     out.clear();
     if (doc->children == nullptr) return true;
-    const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer(xmlBufferCreate(),
-                                                                      &xmlBufferFree);
-    if (!buffer) throw std::bad_alloc();
     const int options = XML_SAVE_FORMAT | (declaration ? 0 : XML_SAVE_NO_DECL);
-    xmlSaveCtxtPtr save = xmlSaveToBuffer(buffer.get(), "UTF-8", options);
+    xmlSaveCtxtPtr save = xmlSaveToIO(&AppendToString, nullptr, &out, "UTF-8", options);
     if (save == nullptr) throw std::bad_alloc();
     const long written = xmlSaveDoc(save, doc);
     const int closed = xmlSaveClose(save);
-    if (written < 0 || closed < 0) return false;
-    const xmlChar* content = xmlBufferContent(buffer.get());
-    const int length = xmlBufferLength(buffer.get());
-    if (content == nullptr || length < 0) return false;
-    out.assign(reinterpret_cast<const char*>(content), static_cast<std::size_t>(length));
-    return true;
+    return written >= 0 && closed >= 0;
 }
 
 // Runs f, turning the failures that may escape it into the status codes of the model.
