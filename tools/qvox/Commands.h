@@ -23,4 +23,7 @@ void AddPriceCommand(CLI::App& app, Action& action);
 // back.
 void AddAdvCommand(CLI::App& app, Action& action);
 
+// "qvox templates": list the templates of a root's folders, show one, lint template files.
+void AddTemplatesCommand(CLI::App& app, Action& action);
+
 }  // namespace qvox::tool

@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
     qvox::tool::Action action;
     qvox::tool::AddPriceCommand(app, action);
     qvox::tool::AddAdvCommand(app, action);
+    qvox::tool::AddTemplatesCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
