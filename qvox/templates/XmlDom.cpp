@@ -1,9 +1,11 @@
 #include "qvox/templates/XmlDom.h"
 
+#include <libxml/SAX2.h>
 #include <libxml/entities.h>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <libxml/xmlsave.h>
+#include <unicode/ucnv.h>
 
 #include <algorithm>
 #include <climits>
@@ -12,11 +14,13 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <type_traits>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "qvox/platform/CodePage.h"
 #include "qvox/platform/ComObject.h"
 #include "qvox/platform/WholeFile.h"
 
@@ -333,28 +337,169 @@ bool Settle(xmlDocPtr doc) {
     return true;
 }
 
+// ---- What reaches the parser ----
+
+bool StartsWith(std::string_view text, std::string_view prefix) {
+    return text.substr(0, prefix.size()) == prefix;
+}
+
+// Every start tag of UTF-8 text holds at most kXmlMaxAttributes attributes (counted by their
+// "=" outside quotes). Comments, CDATA sections, processing instructions and declarations are
+// passed over; text can't hold a '<' of its own. Entities can't bring tags in (see
+// CheckedEntityDecl), so the tags of the text are all the tags of the document.
+bool TagsWithinBound(std::string_view text) {
+    std::size_t at = 0;
+    while ((at = text.find('<', at)) != std::string_view::npos) {
+        const std::string_view rest = text.substr(at);
+        std::string_view end;
+        if (StartsWith(rest, "<!--")) {
+            end = "-->";
+        } else if (StartsWith(rest, "<![CDATA[")) {
+            end = "]]>";
+        } else if (StartsWith(rest, "<?")) {
+            end = "?>";
+        } else if (StartsWith(rest, "<!")) {
+            at += 2;
+            continue;
+        }
+        if (!end.empty()) {
+            const std::size_t close = text.find(end, at + 2);
+            if (close == std::string_view::npos) return true;
+            at = close + end.size();
+            continue;
+        }
+        std::size_t attributes = 0;
+        char quote = 0;
+        for (++at; at < text.size(); ++at) {
+            const char c = text[at];
+            if (quote != 0) {
+                if (c == quote) quote = 0;
+            } else if (c == '"' || c == '\'') {
+                quote = c;
+            } else if (c == '=') {
+                if (++attributes > kXmlMaxAttributes) return false;
+            } else if (c == '>') {
+                break;
+            }
+        }
+    }
+    return true;
+}
+
+// The encoding named by the XML declaration at the start of ASCII-compatible bytes, or empty.
+std::string DeclaredEncoding(std::string_view bytes) {
+    if (!StartsWith(bytes, "<?xml")) return {};
+    const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
+    const std::size_t name = declaration.find("encoding");
+    if (name == std::string_view::npos) return {};
+    std::size_t at = name + 8;
+    const auto skipBlanks = [&] {
+        while (at < declaration.size() && IsBlankChar(declaration[at]))
+            ++at;
+    };
+    skipBlanks();
+    if (at >= declaration.size() || declaration[at] != '=') return {};
+    ++at;
+    skipBlanks();
+    if (at >= declaration.size() || (declaration[at] != '"' && declaration[at] != '\'')) return {};
+    const char quote = declaration[at++];
+    const std::size_t close = declaration.find(quote, at);
+    if (close == std::string_view::npos || close - at > 40) return {};
+    std::string encoding(declaration.substr(at, close - at));
+    for (const char c : encoding) {
+        const bool allowed = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+                             (c >= '0' && c <= '9') || c == '-' || c == '_' || c == '.' || c == ':';
+        if (!allowed) return {};
+    }
+    return encoding;
+}
+
+bool IsUtf8Name(std::string encoding) {
+    for (char& c : encoding)
+        c = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+    return encoding == "UTF-8" || encoding == "UTF8";
+}
+
+// bytes in the named encoding as UTF-8; empty when the encoding is unknown or a byte doesn't
+// belong to it.
+std::optional<std::string> Convert(std::string_view bytes, const char* encoding) {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(encoding, &error),
+                                                                       &ucnv_close);
+    if (U_FAILURE(error) || !converter) return std::nullopt;
+    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                        &error);
+    if (U_FAILURE(error)) return std::nullopt;
+    // No encoding gives more UTF-16 units than bytes, BOM and all.
+    std::u16string units(bytes.size() + 1, u'\0');
+    const int32_t length =
+        ucnv_toUChars(converter.get(), units.data(), static_cast<int32_t>(units.size()),
+                      bytes.data(), static_cast<int32_t>(bytes.size()), &error);
+    if (U_FAILURE(error) || length < 0) return std::nullopt;
+    units.resize(static_cast<std::size_t>(length));
+    if (!units.empty() && units.front() == u'\uFEFF') units.erase(0, 1);
+    return Utf16ToUtf8(units);
+}
+
+// The bytes of a file as UTF-8, the encoding told by a byte order mark, the first bytes or the
+// XML declaration (UTF-8 when none says otherwise). Encodings whose markup isn't ASCII (UCS-4,
+// EBCDIC) other than UTF-16 aren't taken: empty.
+std::optional<std::string> FileTextAsUtf8(std::string_view bytes) {
+    const auto starts = [&](std::string_view prefix) { return StartsWith(bytes, prefix); };
+    using namespace std::string_view_literals;
+    if (starts("\xEF\xBB\xBF"sv)) return std::string(bytes.substr(3));
+    if (starts("\xFF\xFE\x00\x00"sv) || starts("\x00\x00\xFE\xFF"sv) || starts("\x00\x00\x00<"sv) ||
+        starts("<\x00\x00\x00"sv) || starts("\x00\x00<\x00"sv) || starts("\x00<\x00\x00"sv) ||
+        starts("\x4C\x6F\xA7\x94"sv))
+        return std::nullopt;
+    if (starts("\xFF\xFE"sv) || starts("<\x00?\x00"sv)) return Convert(bytes, "UTF-16LE");
+    if (starts("\xFE\xFF"sv) || starts("\x00<\x00?"sv)) return Convert(bytes, "UTF-16BE");
+    const std::string encoding = DeclaredEncoding(bytes);
+    if (encoding.empty() || IsUtf8Name(encoding)) return std::string(bytes);
+    return Convert(bytes, encoding.c_str());
+}
+
 // Nothing is ever fetched, whatever the options of a future libxml2 would do by default.
 xmlParserInputPtr RefuseEntity(void*, const xmlChar*, const xmlChar*) {
     return nullptr;
 }
 void IgnoreExternalSubset(void*, const xmlChar*, const xmlChar*, const xmlChar*) {}
 
-// The accepted content of bytes, or null. With utf8, the bytes are UTF-8 whatever they declare.
-TreeRef Parse(std::string_view bytes, bool utf8) {
-    if (bytes.size() > kXmlMaxDocumentBytes || bytes.size() > static_cast<std::size_t>(INT_MAX))
+// An entity declaration is taken only for an internal general entity of plain text: markup in a
+// replacement could hold tags the bound on attributes never saw, parameter entities could build
+// such text, and an external entity's text is never fetched. Anything else stops the parse.
+void CheckedEntityDecl(void* context, const xmlChar* name, int type, const xmlChar* publicId,
+                       const xmlChar* systemId, xmlChar* content) {
+    auto* parser = static_cast<xmlParserCtxtPtr>(context);
+    if (type != XML_INTERNAL_GENERAL_ENTITY || View(content).find('<') != std::string_view::npos) {
+        *static_cast<bool*>(parser->_private) = true;
+        xmlStopParser(parser);
+        return;
+    }
+    xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+}
+
+// The accepted content of UTF-8 text, or null.
+TreeRef Parse(std::string_view text) {
+    if (StartsWith(text, "\xEF\xBB\xBF")) text.remove_prefix(3);
+    if (text.size() > kXmlMaxDocumentBytes || text.size() > static_cast<std::size_t>(INT_MAX) ||
+        !TagsWithinBound(text))
         return nullptr;
     InitParserOnce();
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
                                                                                &xmlFreeParserCtxt);
     if (!context) throw std::bad_alloc();
+    bool refused = false;
+    context->_private = &refused;
     context->sax->resolveEntity = &RefuseEntity;
     context->sax->externalSubset = &IgnoreExternalSubset;
+    context->sax->entityDecl = &CheckedEntityDecl;
     const int options = XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_NOERROR |
-                        XML_PARSE_NOWARNING | (utf8 ? XML_PARSE_IGNORE_ENC : 0);
-    xmlDocPtr doc = xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()),
-                                      nullptr, utf8 ? "UTF-8" : nullptr, options);
+                        XML_PARSE_NOWARNING | XML_PARSE_IGNORE_ENC;
+    xmlDocPtr doc = xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()),
+                                      nullptr, "UTF-8", options);
     if (doc == nullptr) return nullptr;
-    if (!context->wellFormed || !context->nsWellFormed || !Settle(doc)) {
+    if (refused || !context->wellFormed || !context->nsWellFormed || !Settle(doc)) {
         xmlFreeDoc(doc);
         return nullptr;
     }
@@ -871,8 +1016,10 @@ class DocumentObject final : public ComObject<IXmlDocument> {
         return Guard([&] {
             std::string bytes;
             TreeRef content;
-            if (ReadWholeFile(path, kXmlMaxDocumentBytes, bytes) == ReadWholeFileResult::Ok)
-                content = Parse(bytes, false);
+            if (ReadWholeFile(path, kXmlMaxDocumentBytes, bytes) == ReadWholeFileResult::Ok) {
+                if (const std::optional<std::string> text = FileTextAsUtf8(bytes))
+                    content = Parse(*text);
+            }
             return Replace(std::move(content), loaded);
         });
     }
@@ -880,7 +1027,7 @@ class DocumentObject final : public ComObject<IXmlDocument> {
     HRESULT LoadXml(std::string_view text, bool* loaded) override {
         if (loaded == nullptr) return E_POINTER;
         *loaded = false;
-        return Guard([&] { return Replace(Parse(text, true), loaded); });
+        return Guard([&] { return Replace(Parse(text), loaded); });
     }
 
     HRESULT Save(std::string_view path) override {

@@ -8,13 +8,19 @@
 // What a document accepts (Load, LoadXml): well-formed XML 1.0 with well-formed namespaces, and
 // nothing else. Two root elements, duplicated attributes, a bare "&" or "<" in an attribute
 // value, an undeclared prefix or an undeclared entity make it refuse the text. Nothing is ever
-// fetched: no network, no external DTD, no external entity; a document that refers to an
-// external entity, or to an entity it does not declare itself, is refused, since its text could
-// not be known. Internal entities are not substituted in the tree: a reference stays a node of
-// its own, and reading text goes through its replacement text. Refused as well, each as a
-// document that does not load: more than kXmlMaxDocumentBytes of input; elements nested deeper
-// than kXmlMaxDepth; entities whose replacement would take the document's text beyond
-// kXmlMaxExpandedUnits.
+// fetched: no network, no external DTD, no external entity. Within that, a document is refused
+// when loading it could cost more than its size warrants or would need what isn't fetched:
+//   - more than kXmlMaxDocumentBytes of input (of the file, and of its text as UTF-8);
+//   - elements nested deeper than kXmlMaxDepth;
+//   - a start tag of more than kXmlMaxAttributes attributes;
+//   - a DTD declaring a parameter entity, an external entity or an entity whose replacement
+//     holds markup (only entities of plain text are taken), or a reference to an entity the
+//     document doesn't declare;
+//   - entities whose replacements would take the document's text beyond kXmlMaxExpandedUnits;
+//   - a file in UCS-4 or EBCDIC (files in UTF-8, UTF-16 and the encodings an XML declaration
+//     can name for ASCII-compatible bytes are read), or with bytes its encoding doesn't have.
+// Internal entities are not substituted in the tree: a reference stays a node of its own, and
+// reading text goes through its replacement text.
 //
 // White space: a text node that holds nothing but blanks (space, tab, line feed, carriage
 // return) is not kept, so the blanks that indent a file never count as nodes; the text of an
@@ -42,6 +48,9 @@ namespace qvox {
 inline constexpr std::size_t kXmlMaxDocumentBytes = 4u * 1024u * 1024u;
 // Elements nested deeper than this are refused (the parser's own bound).
 inline constexpr int kXmlMaxDepth = 256;
+// A start tag with more attributes than this is refused unparsed: the parser compares every
+// attribute of a tag with all the others, a cost that grows with the square of their number.
+inline constexpr std::size_t kXmlMaxAttributes = 64;
 // A bound on the text of a document with its entities replaced, counted in bytes of text plus
 // one for every node; a document beyond it is refused.
 inline constexpr std::size_t kXmlMaxExpandedUnits = 8u * 1024u * 1024u;

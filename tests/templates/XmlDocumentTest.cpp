@@ -53,6 +53,12 @@ TEST(XmlDocument, RefusesWhatIsNotWellFormedAndAcceptsWhatIs) {
         deep += "<a>";
     for (int i = 0; i < 100000; ++i)
         deep += "</a>";
+    const auto attributes = [](int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i)
+            text += " a" + std::to_string(i) + "='='";
+        return text;
+    };
     struct Case {
         const char* what;
         std::string text;
@@ -79,7 +85,12 @@ TEST(XmlDocument, RefusesWhatIsNotWellFormedAndAcceptsWhatIs) {
         {"entity left to an external DTD", "<!DOCTYPE a SYSTEM 'a.dtd'><a>&e;</a>", false},
         {"external entity", "<!DOCTYPE a [<!ENTITY e SYSTEM '" + secret + "'>]><a>&e;</a>", false},
         {"external parameter entity", "<!DOCTYPE a [<!ENTITY % p SYSTEM '" + secret + "'>%p;]><a/>",
-         true},
+         false},
+        {"parameter entity", "<!DOCTYPE a [<!ENTITY % p 'x'>]><a/>", false},
+        {"entity holding markup", "<!DOCTYPE a [<!ENTITY e '&#60;b/>'>]><a>&e;</a>", false},
+        {"a tag of 64 attributes", "<a" + attributes(64) + "/>", true},
+        {"a tag of 65 attributes", "<a" + attributes(65) + "/>", false},
+        {"UCS-4", std::string("\0\0\0<\0\0\0a\0\0\0/\0\0\0>", 16), false},
         {"replacement beyond the bound", manyReferences, false},
         {"a thousand million laughs in content", Laughs("<a>&l9;</a>"), false},
         {"a thousand million laughs in an attribute", Laughs("<a x='&l9;'/>"), false},
@@ -170,9 +181,27 @@ TEST(XmlDocument, TextsAttributesAndEncodings) {
                                        "<a>\xE9</a>")
                                 .c_str()));
     EXPECT_EQ(Units(helper.GetElementValue(helper.GetElement("a"))), u"\u00E9");
+    EXPECT_TRUE(helper.Load(folder
+                                .Write("cp1252.xml",
+                                       "<?xml version='1.0' encoding='windows-1252'?>"
+                                       "<a>\x80</a>")
+                                .c_str()));
+    EXPECT_EQ(Units(helper.GetElementValue(helper.GetElement("a"))), u"\u20AC");
     EXPECT_TRUE(
         helper.Load(folder.Write("utf16.xml", std::string("\xFF\xFE<\0a\0/\0>\0", 10)).c_str()));
     EXPECT_TRUE(helper.GetElement("a"));
+    std::string bigEndian;  // UTF-16BE told by its first bytes alone
+    for (const char c : std::string("<?xml version='1.0' encoding='UTF-16'?><b/>"))
+        bigEndian += std::string(1, '\0') + c;
+    EXPECT_TRUE(helper.Load(folder.Write("utf16be.xml", bigEndian).c_str()));
+    EXPECT_TRUE(helper.GetElement("b"));
+    EXPECT_FALSE(helper.Load(
+        folder.Write("unknown.xml", "<?xml version='1.0' encoding='nonesuch'?><a/>").c_str()));
+    EXPECT_FALSE(helper.Load(folder
+                                 .Write("invalid.xml",
+                                        "<?xml version='1.0' encoding='US-ASCII'?>"
+                                        "<a>\xE9</a>")
+                                 .c_str()));
 }
 
 TEST(XmlDocument, HelpersShareOneDocumentUntilOneLoadsAFile) {

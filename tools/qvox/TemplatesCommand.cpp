@@ -104,7 +104,8 @@ std::string Why(const OpenedTemplate& opened) {
             return "cannot read the file";
         case Opened::Malformed:
             return "not a well-formed XML document (or beyond the limits of a template file: "
-                   "4 MiB, 256 levels, entities that replace to more than 8 MiB)";
+                   "4 MiB, 256 levels, 64 attributes to a tag, entities of plain text within 8 "
+                   "MiB)";
         case Opened::NotATemplate:
             return "no Template element: not a conditional-order template";
         case Opened::UnknownKind:
