@@ -71,6 +71,32 @@ inline constexpr char kCOTPropertyBRQ[] = "BRQ";    // lot of bracket rounding
 inline constexpr char kCOTPropertyBRQT[] = "BRQT";  // order type anchoring a rounding group
 inline constexpr char kCOTPropertyAction[] = "Action";
 
+// ---- Texts a generation collects for the user ----
+
+// With the combination key as detail, then the legal combinations of the field's Name.
+inline constexpr char kCOTErrorInvalidCombination[] = "Invalid attribute combination";
+// With the field's value as detail: a type that isn't Limit, Stop Market or Stop Limit, an
+// action word that isn't one, a quantity or price that isn't a number.
+inline constexpr char kCOTErrorInvalidValue[] = "Invalid Value";
+// With the word as detail, for a word no branch of the update knows.
+inline constexpr char kCOTErrorInvalidUsage[] = "Invalid Usage";
+inline constexpr char kCOTErrorInvalidLocation[] = "Invalid Location";
+inline constexpr char kCOTErrorInvalidOperation[] = "Invalid Operation";
+// The quantity's own form, the location filling it, with no detail.
+inline constexpr char kCOTErrorInvalidQuantityLocation[] = "Invalid Location (%s)";
+// With the usage as detail: Price is "Explicit" and has no child fields.
+inline constexpr char kCOTErrorMissingExplicit[] = "Missing Explicit";
+// With the location as detail, once for each of Limit and Stop that refer to each other.
+inline constexpr char kCOTErrorCircularReference[] = "Circular reference";
+// With the location as detail: Limit refers to a Stop (or Stop to a Limit) that isn't there.
+inline constexpr char kCOTErrorInvalidReference[] = "Invalid reference";
+// Without order or field: bracket rounding over quantities that aren't all percentages.
+inline constexpr char kCOTErrorBracketPercentages[] =
+    "All orders in brackets are not specified as percentages yet bracket rounding was specified.";
+// The verbose error of a "Position" location without a position.
+inline constexpr char kCOTErrorNoPosition[] =
+    "There is no position for the active symbol in the selected account.";
+
 // ---- The tables ----
 
 // One legal combination.

@@ -124,7 +124,7 @@ void CQVOXConditionalOrdersTemplate::AddError(const CString& text, const CString
 void CQVOXConditionalOrdersTemplate::AddAttributeCombinationError(const CString& key,
                                                                   CQVOXCOTOrder* order,
                                                                   CQVOXCOTField* field) {
-    AddError("Invalid attribute combination", key, order, field);
+    AddError(kCOTErrorInvalidCombination, key, order, field);
     AddError("");
     AddError("Valid attribute combinations:");
     const CString name = field != nullptr ? field->GetName() : CString();

@@ -482,8 +482,10 @@ void CheckedEntityDecl(void* context, const xmlChar* name, int type, const xmlCh
 // The accepted content of UTF-8 text, or null.
 TreeRef Parse(std::string_view text) {
     if (StartsWith(text, "\xEF\xBB\xBF")) text.remove_prefix(3);
+    // A NUL is no XML character; refused here, it also can't make the parser take the text for
+    // UCS-4 by its first bytes.
     if (text.size() > kXmlMaxDocumentBytes || text.size() > static_cast<std::size_t>(INT_MAX) ||
-        !TagsWithinBound(text))
+        text.find('\0') != std::string_view::npos || !TagsWithinBound(text))
         return nullptr;
     InitParserOnce();
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
@@ -496,8 +498,10 @@ TreeRef Parse(std::string_view text) {
     context->sax->entityDecl = &CheckedEntityDecl;
     const int options = XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_NOERROR |
                         XML_PARSE_NOWARNING | XML_PARSE_IGNORE_ENC;
+    // The text is UTF-8 and says so by its first bytes; naming the encoding would only send it
+    // through a converter that copies it.
     xmlDocPtr doc = xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()),
-                                      nullptr, "UTF-8", options);
+                                      nullptr, nullptr, options);
     if (doc == nullptr) return nullptr;
     if (refused || !context->wellFormed || !context->nsWellFormed || !Settle(doc)) {
         xmlFreeDoc(doc);

@@ -306,7 +306,7 @@ class Linter {
                CQVOXCOTField* field) {
         ++m_errors;
         m_out << Place(order, field) << " error: " << Out(text) << " (" << Out(detail) << ")\n";
-        if (text == "Invalid attribute combination") {
+        if (text == kCOTErrorInvalidCombination) {
             m_item.AddAttributeCombinationError(detail, order, field);
         } else {
             m_item.AddError(text, detail, order, field);
@@ -328,13 +328,13 @@ class Linter {
         CQVOXCOTField::SQVOXCOTFAttributes attributes;
         field->GetAttributes(attributes);
         if (m_item.IsAttributeCombinationValid(attributes.Key().c_str())) return true;
-        Error("Invalid attribute combination", CString(attributes.Key()), order, field);
+        Error(kCOTErrorInvalidCombination, CString(attributes.Key()), order, field);
         return false;
     }
 
     void CheckNumber(CQVOXCOTOrder* order, CQVOXCOTField* field, VARTYPE type) {
         const _variant_t value = field->GetValue();
-        if (!Converts(value, type)) Error("Invalid Value", value.TextOrEmpty(), order, field);
+        if (!Converts(value, type)) Error(kCOTErrorInvalidValue, value.TextOrEmpty(), order, field);
     }
 
     void CheckOrder(CQVOXCOTOrder* order, int index) {
@@ -387,10 +387,10 @@ class Linter {
         const CString location = field->GetLocation();
         if (name == kCOTFieldType) {
             if (value != "Limit" && value != "Stop Market" && value != "Stop Limit")
-                Error("Invalid Value", value, order, field);
+                Error(kCOTErrorInvalidValue, value, order, field);
         } else if (name == kCOTFieldAction) {
             if (location == kCOTLocationValue && !IsActionWord(value))
-                Error("Invalid Value", value, order, field);
+                Error(kCOTErrorInvalidValue, value, order, field);
         } else if (name == kCOTFieldQuantity) {
             // The value is read as the base at "Value" (a whole number), and as a per cent or a
             // count of moves; an exact quantity from the key or the position reads no value.
@@ -417,7 +417,7 @@ class Linter {
     void CheckPrice(CQVOXCOTOrder* order, CQVOXCOTField* price) {
         if (price->GetCount() == 0) {
             if (price->GetUsage() == kCOTUsageExplicit) {
-                Error("Missing Explicit", price->GetUsage(), order, price);
+                Error(kCOTErrorMissingExplicit, price->GetUsage(), order, price);
             } else {
                 CheckNumber(order, price, VT_R8);
             }
@@ -430,14 +430,14 @@ class Linter {
         const bool limitRefers = limit != nullptr && limit->GetLocation() == kCOTLocationPriceStop;
         const bool stopRefers = stop != nullptr && stop->GetLocation() == kCOTLocationPriceLimit;
         if (limitRefers && stopRefers) {
-            Error("Circular reference", limit->GetLocation(), order, limit);
-            Error("Circular reference", stop->GetLocation(), order, stop);
+            Error(kCOTErrorCircularReference, limit->GetLocation(), order, limit);
+            Error(kCOTErrorCircularReference, stop->GetLocation(), order, stop);
             return;
         }
         if (limitRefers && stop == nullptr)
-            Error("Invalid reference", limit->GetLocation(), order, limit);
+            Error(kCOTErrorInvalidReference, limit->GetLocation(), order, limit);
         if (stopRefers && limit == nullptr)
-            Error("Invalid reference", stop->GetLocation(), order, stop);
+            Error(kCOTErrorInvalidReference, stop->GetLocation(), order, stop);
         for (CQVOXCOTField* child : {stop, limit}) {
             if (child != nullptr) CheckNumber(order, child, VT_R8);
         }
@@ -468,9 +468,7 @@ class Linter {
                 CQVOXCOTField* quantity = collection->GetAt(o)->GetAt(kCOTFieldQuantity);
                 if (quantity == nullptr || quantity->GetUsage() == kCOTUsagePercentage) continue;
                 ++m_errors;
-                const CString text =
-                    "All orders in brackets are not specified as percentages yet bracket "
-                    "rounding was specified.";
+                const CString text = kCOTErrorBracketPercentages;
                 m_out << m_file << ": collection " << Quoted(collection->GetName())
                       << ": error: " << Out(text) << '\n';
                 m_item.AddError(text);
