@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "qvox/platform/CFileStatus.h"
 #include "qvox/platform/CString.h"
 #include "qvox/platform/WinTypes.h"
 
@@ -63,6 +64,10 @@ class CFile {
     virtual ULONGLONG GetLength() const;
     bool IsOpen() const { return file_ != nullptr; }
     const CString& GetFilePath() const { return path_; }
+
+    // The status of the file or folder at path into status; false, with status untouched, when
+    // there is nothing there or it cannot be looked at.
+    static bool GetStatus(const char* path, CFileStatus& status);
 
   protected:
     CString path_;

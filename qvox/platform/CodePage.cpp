@@ -1,6 +1,7 @@
 #include "qvox/platform/CodePage.h"
 
 #include <array>
+#include <type_traits>
 
 namespace qvox {
 
@@ -188,6 +189,150 @@ std::string Utf8ToCp1252(std::string_view text) {
         out += complete ? ToByte(code) : '?';
     }
     return out;
+}
+
+}  // namespace qvox
+
+namespace qvox {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+// The characters of UTF-8 text, one at a time; each ill-formed sequence (by the same rule as
+// Utf8ToCp1252 above) gives one kReplacement.
+template <typename Sink>
+void DecodeUtf8(std::string_view text, Sink&& sink) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const auto lead = static_cast<unsigned char>(text[i++]);
+        if (lead < 0x80) {
+            sink(static_cast<char32_t>(lead));
+            continue;
+        }
+        int more = 0;
+        char32_t code = 0;
+        unsigned char low = 0x80;
+        unsigned char high = 0xBF;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            more = 1;
+            code = lead & 0x1Fu;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            more = 2;
+            code = lead & 0x0Fu;
+            if (lead == 0xE0) low = 0xA0;
+            if (lead == 0xED) high = 0x9F;
+        } else if (lead >= 0xF0 && lead <= 0xF4) {
+            more = 3;
+            code = lead & 0x07u;
+            if (lead == 0xF0) low = 0x90;
+            if (lead == 0xF4) high = 0x8F;
+        } else {
+            sink(kReplacement);
+            continue;
+        }
+        bool complete = true;
+        for (; more > 0; --more) {
+            if (i >= text.size()) {
+                complete = false;
+                break;
+            }
+            const auto next = static_cast<unsigned char>(text[i]);
+            if (next < low || next > high) {
+                complete = false;
+                break;
+            }
+            code = (code << 6) | static_cast<char32_t>(next & 0x3F);
+            ++i;
+            low = 0x80;
+            high = 0xBF;
+        }
+        sink(complete ? code : kReplacement);
+    }
+}
+
+void AppendUtf8(std::string& out, char32_t code) {
+    if (code >= 0xD800 && code <= 0xDFFF) code = kReplacement;
+    if (code > 0x10FFFF) code = kReplacement;
+    if (code < 0x80) {
+        out += static_cast<char>(code);
+    } else if (code < 0x800) {
+        out += static_cast<char>(0xC0 | (code >> 6));
+        out += static_cast<char>(0x80 | (code & 0x3F));
+    } else if (code < 0x10000) {
+        out += static_cast<char>(0xE0 | (code >> 12));
+        out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (code & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (code >> 18));
+        out += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (code & 0x3F));
+    }
+}
+
+template <typename Unit>
+void AppendUtf16(std::basic_string<Unit>& out, char32_t code) {
+    if (code < 0x10000) {
+        out += static_cast<Unit>(code);
+    } else {
+        code -= 0x10000;
+        out += static_cast<Unit>(0xD800 + (code >> 10));
+        out += static_cast<Unit>(0xDC00 + (code & 0x3FF));
+    }
+}
+
+// UTF-16 units to characters; an unpaired surrogate gives kReplacement.
+template <typename Unit>
+std::string Utf16UnitsToUtf8(std::basic_string_view<Unit> text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        auto unit = static_cast<char32_t>(static_cast<std::make_unsigned_t<Unit>>(text[i]));
+        if (IsHighSurrogate(unit) && i + 1 < text.size() &&
+            IsLowSurrogate(static_cast<char32_t>(text[i + 1]))) {
+            unit = 0x10000 + ((unit - 0xD800) << 10) + (static_cast<char32_t>(text[++i]) - 0xDC00);
+        }
+        AppendUtf8(out, unit);
+    }
+    return out;
+}
+
+}  // namespace
+
+std::u16string Utf8ToUtf16(std::string_view text) {
+    std::u16string out;
+    out.reserve(text.size());
+    DecodeUtf8(text, [&out](char32_t code) { AppendUtf16(out, code); });
+    return out;
+}
+
+std::string Utf16ToUtf8(std::u16string_view text) {
+    return Utf16UnitsToUtf8(text);
+}
+
+std::wstring Utf8ToWide(std::string_view text) {
+    std::wstring out;
+    out.reserve(text.size());
+    if constexpr (sizeof(wchar_t) == 2) {
+        DecodeUtf8(text, [&out](char32_t code) { AppendUtf16(out, code); });
+    } else {
+        DecodeUtf8(text, [&out](char32_t code) { out += static_cast<wchar_t>(code); });
+    }
+    return out;
+}
+
+std::string WideToUtf8(std::wstring_view text) {
+    if constexpr (sizeof(wchar_t) == 2) {
+        return Utf16UnitsToUtf8(text);
+    } else {
+        std::string out;
+        out.reserve(text.size());
+        // A negative wchar_t becomes a value above U+10FFFF, which is replaced.
+        for (const wchar_t unit : text)
+            AppendUtf8(out,
+                       static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(unit)));
+        return out;
+    }
 }
 
 }  // namespace qvox

@@ -37,4 +37,12 @@ std::string Cp1252ToUtf8(std::string_view text);
 // next byte that could start a character. Never reads past the end of text.
 std::string Utf8ToCp1252(std::string_view text);
 
+// Between the Unicode forms, for text that is not held in the code page (XML documents). An
+// ill-formed sequence (in UTF-8 as above; an unpaired surrogate or a value above U+10FFFF in
+// UTF-16 or wchar_t) becomes U+FFFD, the replacement character. Never reads past the end.
+std::u16string Utf8ToUtf16(std::string_view text);
+std::string Utf16ToUtf8(std::u16string_view text);
+std::wstring Utf8ToWide(std::string_view text);
+std::string WideToUtf8(std::wstring_view text);
+
 }  // namespace qvox

@@ -32,5 +32,7 @@ void AddRoutesCommand(CLI::App& app, Action& action);
 
 // "qvox currency": an amount as the currency formatter gives it.
 void AddCurrencyCommand(CLI::App& app, Action& action);
+// "qvox templates": list the templates of a root's folders, show one, lint template files.
+void AddTemplatesCommand(CLI::App& app, Action& action);
 
 }  // namespace qvox::tool

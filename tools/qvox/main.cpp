@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
     qvox::tool::AddOrderCommand(app, action);
     qvox::tool::AddRoutesCommand(app, action);
     qvox::tool::AddCurrencyCommand(app, action);
+    qvox::tool::AddTemplatesCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {

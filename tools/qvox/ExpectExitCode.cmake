@@ -1,0 +1,11 @@
+# Runs qvox with the arguments in ARGS (separated by "|") and checks its exit code (CODE) and
+# that its standard output matches the regular expression MATCH.
+string(REPLACE "|" ";" arguments "${ARGS}")
+execute_process(COMMAND ${QVOX} ${arguments} RESULT_VARIABLE code OUTPUT_VARIABLE out
+                ERROR_VARIABLE err)
+if(NOT code STREQUAL "${CODE}")
+    message(FATAL_ERROR "expected exit code ${CODE} for '${ARGS}', got '${code}'\n${out}${err}")
+endif()
+if(NOT out MATCHES "${MATCH}")
+    message(FATAL_ERROR "output of '${ARGS}' does not match '${MATCH}':\n${out}")
+endif()
