@@ -14,6 +14,7 @@
 #include "qvox/platform/CRuntime.h"
 #include "qvox/platform/CString.h"
 #include "qvox/platform/CStringList.h"
+#include "qvox/platform/CTLProperties.h"
 #include "qvox/platform/CUIntArray.h"
 #include "qvox/platform/CodePage.h"
 #include "qvox/platform/IcuLocaleService.h"

@@ -41,6 +41,9 @@ inline constexpr VARIANT_BOOL VARIANT_FALSE = 0;
 
 // VariantChangeType flags: VT_BOOL to text as "True"/"False" instead of "-1"/"0".
 inline constexpr USHORT VARIANT_ALPHABOOL = 0x2;
+// VariantChangeType flags: the system's number format rather than the user's. Conversions here
+// always read and write the C locale's, so the flag is accepted and changes nothing.
+inline constexpr USHORT VARIANT_NOUSEROVERRIDE = 0x4;
 
 // The short name of a type, "VT_I4", "VT_ARRAY|VT_VARIANT"; "VT_?(n)" for other numbers.
 CString VarTypeName(VARTYPE vt);

@@ -31,7 +31,9 @@
 // Errors of a generation are collected as text and given to the user by GetErrorMessage.
 //
 // Generation (Generate, UpdateFields, EndGenerate) expands one order into the template's group
-// of orders; its members are defined in CQVOXConditionalOrdersTemplateGenerate.cpp.
+// of orders. Its members are defined by concern: the frame in
+// CQVOXConditionalOrdersTemplateGenerate.cpp, the plain field updates in ...Fields.cpp, prices in
+// ...Prices.cpp, quantities and bracket rounding in ...Quantities.cpp.
 #pragma once
 
 #include <cstddef>
@@ -39,7 +41,9 @@
 #include <vector>
 
 #include "qvox/platform/CFileStatus.h"
+#include "qvox/platform/COleDateTime.h"
 #include "qvox/platform/CString.h"
+#include "qvox/platform/CTLProperties.h"
 #include "qvox/platform/ComPtr.h"
 #include "qvox/platform/Variant.h"
 #include "qvox/platform/WinTypes.h"
@@ -63,23 +67,117 @@ class CQVOXConditionalOrdersTemplate {
 
     virtual ~CQVOXConditionalOrdersTemplate();
 
-    // ---- Generation (defined with the generation engine) ----
+    // ---- Generation ----
+
+    // Results of DoAllBracketOrdersTotal.
+    enum : LONG {
+        BracketTotalOk = 0,                    // all brackets agree and add up
+        BracketTotalUsageMismatch = 0x80,      // a Quantity has another Usage than the first
+        BracketTotalLocationMismatch = 0x200,  // a Quantity has another Location than the first
+        BracketTotalValueMismatch = 0x400,     // the total isn't the one wanted
+    };
 
     // A new template of the same class holding a deep copy of this one (default construction,
     // then operator=), owned by the caller; null when memory runs out.
     virtual CQVOXConditionalOrdersTemplate* Clone() = 0;
     // Applies the template to order, the key order: true when every template order became an
-    // order, linked to order as the kind demands. position is the platform's position object
-    // (may be null), last the symbol's last trade price. On false, GetErrorMessage tells why.
+    // order, linked to order as the kind demands ("OCO": order itself is the first target and
+    // the others join its one-cancels-all chain; "OSO": new orders in one chain that order sends
+    // when it fills). position is the platform's position object (may be null), last the
+    // symbol's last trade price. Every field reads a private copy of order, never order itself.
+    // On false, GetErrorMessage tells why: an "OSO" order is then unchanged, an "OCO" order
+    // keeps what was done before the failing template order. Orders that the chain refuses (a
+    // bracket order behind a plain one) and orders of a failed generation are deleted before
+    // Generate returns; nothing of a generation stays in the template but its error texts.
     // The base class's body only prepares a generation (resets the error texts and the
     // bracket rounding state) and always answers true; the derived classes call it first.
+    // Raises _com_error when a platform object (the position, the preferences) fails a call.
     virtual bool Generate(COrderBarProperties& order, IUnknownPtr position, double last) = 0;
     // Fills target, a copy of key, from one template order: its seven fields in the order
-    // Type, Action, Quantity, Price, Duration, Route, Advanced. absolutePrices: prices as
-    // numbers ("OCO"), or as offsets for the server to resolve ("OSO").
+    // Type, Action, Quantity, Price, Duration, Route, Advanced, stopping at the first that
+    // fails. absolutePrices: prices as numbers ("OCO"), or as offsets for the server to resolve
+    // ("OSO"). Whatever the result, a trailing target loses its auto prices, the stop trigger
+    // is set from the preferences, and with bracket rounding the target is registered for it.
     virtual bool UpdateFields(CQVOXCOTOrder* node, COrderBarProperties& target,
                               COrderBarProperties& key, IUnknownPtr position, double last,
                               bool absolutePrices);
+
+    // The five updates without arithmetic. Each gives false with no text when node has no
+    // field of its name, and with the texts of the rules when the field is illegal or its value
+    // unusable; a failed update leaves target as it was.
+    // "Type": Exact = Value only, the value "Limit", "Stop Market" or "Stop Limit".
+    bool UpdateFieldType(CQVOXCOTOrder* node, COrderBarProperties& target, COrderBarProperties& key,
+                         IUnknownPtr position, double last);
+    // "Action": the side from the key, the position or an action word, or its inverse.
+    bool UpdateFieldAction(CQVOXCOTOrder* node, COrderBarProperties& target,
+                           COrderBarProperties& key, IUnknownPtr position, double last);
+    // "Route", "Duration", "Advanced": Key keeps the copy's own; Value sets the field's text.
+    bool UpdateFieldRoute(CQVOXCOTOrder* node, COrderBarProperties& target,
+                          COrderBarProperties& key, IUnknownPtr position, double last);
+    bool UpdateFieldDuration(CQVOXCOTOrder* node, COrderBarProperties& target,
+                             COrderBarProperties& key, IUnknownPtr position, double last);
+    bool UpdateFieldAdvanced(CQVOXCOTOrder* node, COrderBarProperties& target,
+                             COrderBarProperties& key, IUnknownPtr position, double last);
+    // "Quantity": target's lots from the key, the position or the value; quantity gets the
+    // result before truncation to whole lots. last isn't used.
+    bool UpdateFieldQuantity(CQVOXCOTOrder* node, COrderBarProperties& target,
+                             COrderBarProperties& key, IUnknownPtr position, double last,
+                             double& quantity);
+    // "Price" of node, alone or through its child fields "Limit" and "Stop" (a field that
+    // refers to the other is computed after it; two that don't, Stop first).
+    bool UpdateFieldPrice(CQVOXCOTOrder* node, COrderBarProperties& target,
+                          COrderBarProperties& key, IUnknownPtr position, double last,
+                          bool absolutePrices);
+    // One price field: its base by Location, the amount by Usage, the side by Operation.
+    bool UpdateFieldPrice(CQVOXCOTField* field, CQVOXCOTOrder* node, COrderBarProperties& target,
+                          COrderBarProperties& key, IUnknownPtr position, double last,
+                          bool absolutePrices);
+    // Writes amount (negated for "-"; the empty operation counts as "+") into the limit or the
+    // stop price: as amount + base on the grid, or as an auto-price offset in moves. False, with
+    // nothing written, for another operation.
+    bool UpdateFieldPriceOperation(CQVOXCOTField* field, const char* operation, double amount,
+                                   double base, COrderBarProperties& target,
+                                   COrderBarProperties& key, bool absolutePrices);
+
+    // Inspects the Quantity fields of all bracket collections: all of one Usage and one
+    // Location, and the first orders of the brackets adding up to total. On BracketTotalOk,
+    // usage and location get the words found; sum (may be null) gets the sum in every case.
+    LONG DoAllBracketOrdersTotal(LONG total, CString& usage, CString& location, LONG* sum);
+
+    // An action word of a template ("Buy To Open", "Buy To Close", "Sell To Open", "Sell To
+    // Close", and with allowEntryExit "Entry" and "Exit", whose side follows the position's
+    // sign) to a side code of category; a word matches every literal it begins. False, side
+    // untouched, for any other word.
+    static bool ConvertValueToAction(const char* value, LONG category, LONG positionQuantity,
+                                     SHORT& side, bool allowEntryExit);
+    // The same four literals to the word shown for category. False, word untouched, otherwise.
+    static bool ConvertValueToAction(const char* value, LONG category, CString& word);
+    // "<duration>" or, with a valid date, "<duration>:<mm/dd/yyyy>".
+    static void ConvertDurationAndDateTimeToString(CString& text, const CString& duration,
+                                                   const COleDateTime& date);
+    // The inverse: the word before the first ":", the date after it (invalid and zero when it
+    // doesn't read); without a ":" the whole text and the present moment.
+    static void ConvertStringToDurationAndDateTime(const CString& text, CString& duration,
+                                                   COleDateTime& date);
+    // price snapped down to a whole minimum move of order's grid (m_PriceScale, m_MinMove),
+    // after rounding half up at one digit below the grid; moves (may be null) gets the number
+    // of moves. A price not above 0, a grid of no move, or a price too large for the grid in
+    // 32-bit steps comes back unchanged, moves untouched.
+    static double GetClosestPrice(double price, const COrderBarProperties& order, int* moves);
+    // Moves to price units (toMoves false) or back, one move being a piece of scale times
+    // minMove; options (categories 3 and 8) move by single pieces.
+    static double ApplyMinMoveConversion(double value, bool toMoves, int category, double minMove,
+                                         char scale);
+    // The stop and if-touched trigger words of a finished order from the user's preferences of
+    // its category; an order that is neither loses the mark of the field.
+    static void UpdateStopTrigger(COrderBarProperties& order);
+    // The user's order preferences of category, through the platform's root object; empty
+    // without a root object or a preferences service.
+    static CTLProperties GetOXPrefs(LONG category);
+    // m_Quantity of shares to lots of lotSize (at least 2), truncating.
+    static void ConvertQuantityToLots(COrderBarProperties& order, LONG lotSize);
+    // m_Quantity of lots to shares, for a quantity counted in shares ('#').
+    static void ConvertLotsToQuantity(COrderBarProperties& order, LONG lotSize);
 
     // ---- Field attribute rules ----
 
@@ -188,9 +286,21 @@ class CQVOXConditionalOrdersTemplate {
     // A deep copy of source (Copy), of source's kind.
     CQVOXConditionalOrdersTemplate(const CQVOXConditionalOrdersTemplate& source);
 
-    // Rounds the quantities of the bracket groups at the end of a generation; true when there
-    // was nothing to round or the rounding succeeded.
+    // Rounds the quantities of the bracket groups at the end of a generation to whole lots of
+    // "BRQ", carrying the remainder from bracket to bracket, so that with a known total the
+    // brackets add up to it. True when there was nothing to round (no groups, or a "BRQ" that
+    // isn't a positive whole number) or the rounding succeeded; false, with no lots changed,
+    // when some order of a bracket isn't a percentage. Its arguments aren't used.
     virtual bool EndGenerate(COrderBarProperties& order, IUnknownPtr position, double last);
+    // Registers target, made from node, for bracket rounding; the group of node's bracket
+    // collection exists from its first order of the type "BRQT" on.
+    void AddBRQItem(CQVOXCOTOrder* node, COrderBarProperties& target, double quantity);
+    // lots on every order of items.
+    void UpdateQuantityInProperties(LONG lots, std::vector<SQVOXTBRQCalcHelper>& items);
+    // Whether field writes the limit price of order (a "Limit" order, or the child "Limit"),
+    // and the stop price (a "Stop Market" order, or the child "Stop").
+    bool AllowLimitPriceModification(CQVOXCOTField* field, COrderBarProperties& order);
+    bool AllowStopPriceModification(CQVOXCOTField* field, COrderBarProperties& order);
 
     // Builds m_Collections from every Collection element of the document when it is empty.
     void LoadCollectionsOnAccess();
