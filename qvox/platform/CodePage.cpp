@@ -76,6 +76,62 @@ std::string FromUtf16(std::basic_string_view<Unit> text) {
     return out;
 }
 
+constexpr char32_t kReplacement = 0xFFFD;
+
+// The characters of UTF-8 text, one at a time. Each ill-formed sequence (stray continuation,
+// truncated or overlong sequence, surrogate, value above U+10FFFF) gives one kReplacement, found
+// at the first byte that cannot belong: the allowed range of the second byte shuts out overlong
+// forms, surrogates and values above U+10FFFF, and the byte that broke a sequence is read again.
+template <typename Sink>
+void DecodeUtf8(std::string_view text, Sink&& sink) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const auto lead = static_cast<unsigned char>(text[i++]);
+        if (lead < 0x80) {
+            sink(static_cast<char32_t>(lead));
+            continue;
+        }
+        int more = 0;
+        char32_t code = 0;
+        unsigned char low = 0x80;
+        unsigned char high = 0xBF;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            more = 1;
+            code = lead & 0x1Fu;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            more = 2;
+            code = lead & 0x0Fu;
+            if (lead == 0xE0) low = 0xA0;
+            if (lead == 0xED) high = 0x9F;
+        } else if (lead >= 0xF0 && lead <= 0xF4) {
+            more = 3;
+            code = lead & 0x07u;
+            if (lead == 0xF0) low = 0x90;
+            if (lead == 0xF4) high = 0x8F;
+        } else {
+            sink(kReplacement);
+            continue;
+        }
+        bool complete = true;
+        for (; more > 0; --more) {
+            if (i >= text.size()) {
+                complete = false;
+                break;
+            }
+            const auto next = static_cast<unsigned char>(text[i]);
+            if (next < low || next > high) {
+                complete = false;
+                break;
+            }
+            code = (code << 6) | static_cast<char32_t>(next & 0x3F);
+            ++i;
+            low = 0x80;
+            high = 0xBF;
+        }
+        sink(complete ? code : kReplacement);
+    }
+}
+
 }  // namespace
 
 char16_t Cp1252ToUnicode(unsigned char byte) noexcept {
@@ -143,112 +199,12 @@ std::string Cp1252ToUtf8(std::string_view text) {
 std::string Utf8ToCp1252(std::string_view text) {
     std::string out;
     out.reserve(text.size());
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[i++]);
-        if (lead < 0x80) {
-            out += static_cast<char>(lead);
-            continue;
-        }
-        // The allowed range of the second byte shuts out overlong forms, surrogates and values
-        // above U+10FFFF, so each failure is found at the first byte that cannot belong.
-        int more = 0;
-        char32_t code = 0;
-        unsigned char low = 0x80;
-        unsigned char high = 0xBF;
-        if (lead >= 0xC2 && lead <= 0xDF) {
-            more = 1;
-            code = lead & 0x1Fu;
-        } else if (lead >= 0xE0 && lead <= 0xEF) {
-            more = 2;
-            code = lead & 0x0Fu;
-            if (lead == 0xE0) low = 0xA0;
-            if (lead == 0xED) high = 0x9F;
-        } else if (lead >= 0xF0 && lead <= 0xF4) {
-            more = 3;
-            code = lead & 0x07u;
-            if (lead == 0xF0) low = 0x90;
-            if (lead == 0xF4) high = 0x8F;
-        } else {
-            out += '?';
-            continue;
-        }
-        bool complete = true;
-        for (; more > 0; --more) {
-            const unsigned char next = i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
-            if (i >= text.size() || next < low || next > high) {
-                complete = false;
-                break;
-            }
-            code = (code << 6) | static_cast<char32_t>(next & 0x3F);
-            ++i;
-            low = 0x80;
-            high = 0xBF;
-        }
-        // An incomplete sequence is one '?'; the byte that broke it is read again.
-        out += complete ? ToByte(code) : '?';
-    }
+    // The replacement character is not in the code page, so an ill-formed sequence is one '?'.
+    DecodeUtf8(text, [&](char32_t code) { out += ToByte(code); });
     return out;
 }
 
-}  // namespace qvox
-
-namespace qvox {
 namespace {
-
-constexpr char32_t kReplacement = 0xFFFD;
-
-// The characters of UTF-8 text, one at a time; each ill-formed sequence (by the same rule as
-// Utf8ToCp1252 above) gives one kReplacement.
-template <typename Sink>
-void DecodeUtf8(std::string_view text, Sink&& sink) {
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[i++]);
-        if (lead < 0x80) {
-            sink(static_cast<char32_t>(lead));
-            continue;
-        }
-        int more = 0;
-        char32_t code = 0;
-        unsigned char low = 0x80;
-        unsigned char high = 0xBF;
-        if (lead >= 0xC2 && lead <= 0xDF) {
-            more = 1;
-            code = lead & 0x1Fu;
-        } else if (lead >= 0xE0 && lead <= 0xEF) {
-            more = 2;
-            code = lead & 0x0Fu;
-            if (lead == 0xE0) low = 0xA0;
-            if (lead == 0xED) high = 0x9F;
-        } else if (lead >= 0xF0 && lead <= 0xF4) {
-            more = 3;
-            code = lead & 0x07u;
-            if (lead == 0xF0) low = 0x90;
-            if (lead == 0xF4) high = 0x8F;
-        } else {
-            sink(kReplacement);
-            continue;
-        }
-        bool complete = true;
-        for (; more > 0; --more) {
-            if (i >= text.size()) {
-                complete = false;
-                break;
-            }
-            const auto next = static_cast<unsigned char>(text[i]);
-            if (next < low || next > high) {
-                complete = false;
-                break;
-            }
-            code = (code << 6) | static_cast<char32_t>(next & 0x3F);
-            ++i;
-            low = 0x80;
-            high = 0xBF;
-        }
-        sink(complete ? code : kReplacement);
-    }
-}
 
 void AppendUtf8(std::string& out, char32_t code) {
     if (code >= 0xD800 && code <= 0xDFFF) code = kReplacement;

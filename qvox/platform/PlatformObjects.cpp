@@ -26,20 +26,26 @@ HRESULT LibraryPlatformObjects::GetRootObject(IUnknown** root) const {
     return S_OK;
 }
 
-IMVPropertiesPtr NewPropertyObject() {
+namespace {
+
+// An object the platform makes, asked for interface I; null when it makes none or lacks I.
+template <class I>
+_com_ptr_t<I> Make(HRESULT (IPlatformObjects::*create)(IUnknown**) const) {
     IUnknownPtr object;
-    if (FAILED(CurrentPlatformObjects()->CreatePropertyObject(&object)) || !object) return nullptr;
-    IMVPropertiesPtr properties;
-    properties.QueryInterface(object.GetInterfacePtr());
-    return properties;
+    if (FAILED((CurrentPlatformObjects().get()->*create)(&object)) || !object) return nullptr;
+    _com_ptr_t<I> result;
+    result.QueryInterface(object.GetInterfacePtr());
+    return result;
+}
+
+}  // namespace
+
+IMVPropertiesPtr NewPropertyObject() {
+    return Make<IMVProperties>(&IPlatformObjects::CreatePropertyObject);
 }
 
 IMVCollectionPtr NewCollection() {
-    IUnknownPtr object;
-    if (FAILED(CurrentPlatformObjects()->CreateCollection(&object)) || !object) return nullptr;
-    IMVCollectionPtr collection;
-    collection.QueryInterface(object.GetInterfacePtr());
-    return collection;
+    return Make<IMVCollection>(&IPlatformObjects::CreateCollection);
 }
 
 IUnknownPtr GetPlatformRootObject() {

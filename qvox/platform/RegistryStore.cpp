@@ -1,5 +1,8 @@
 #include "qvox/platform/RegistryStore.h"
 
+#include <chrono>
+#include <thread>
+
 #include <sqlite3.h>
 
 #include <system_error>
@@ -79,6 +82,22 @@ int Exec(sqlite3* db, const char* sql) {
     return sqlite3_exec(db, sql, nullptr, nullptr, nullptr);
 }
 
+// As Exec, for the statements that set a file up. While several processes open a new file at
+// once, switching it to the write-ahead log can answer "busy" at once, without the busy handler
+// waiting: such a statement is tried again until the busy timeout has passed.
+int ExecWhileBusy(sqlite3* db, const char* sql, int timeoutMs) {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    for (;;) {
+        const int code = Exec(db, sql);
+        const int primary = code & 0xFF;
+        if ((primary != SQLITE_BUSY && primary != SQLITE_LOCKED) ||
+            std::chrono::steady_clock::now() >= until) {
+            return code;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+}
+
 }  // namespace
 
 SqliteRegistryStore::SqliteRegistryStore(std::filesystem::path path, int busyTimeoutMs)
@@ -109,9 +128,11 @@ LONG SqliteRegistryStore::EnsureOpen() {
     if (code == SQLITE_OK) code = sqlite3_busy_timeout(db, m_busyTimeoutMs);
     // The first statements read the file's header: a file that is not a database stops here,
     // before anything is written to it.
-    if (code == SQLITE_OK && !inMemory) code = Exec(db, "PRAGMA journal_mode=WAL");
+    if (code == SQLITE_OK && !inMemory) {
+        code = ExecWhileBusy(db, "PRAGMA journal_mode=WAL", m_busyTimeoutMs);
+    }
     if (code == SQLITE_OK && !inMemory) code = Exec(db, "PRAGMA synchronous=NORMAL");
-    if (code == SQLITE_OK) code = Exec(db, kSchema);
+    if (code == SQLITE_OK) code = ExecWhileBusy(db, kSchema, m_busyTimeoutMs);
     if (code != SQLITE_OK) {
         sqlite3_close_v2(db);
         if ((code & 0xFF) == SQLITE_NOTADB) m_foreign = true;

@@ -79,8 +79,7 @@ RouteManager::~RouteManager() {
     Uninit();
 }
 
-RouteManager::RouteManager(const RouteManager& other) {
-    const Lock lock(other.m_Lock);
+void RouteManager::CopyListsFrom(const RouteManager& other) {
     m_EquitiesRoutes = other.m_EquitiesRoutes;
     m_FuturesRoutes = other.m_FuturesRoutes;
     m_ForexRoutes = other.m_ForexRoutes;
@@ -96,22 +95,15 @@ RouteManager::RouteManager(const RouteManager& other) {
     m_Initialized = other.m_Initialized.load();
 }
 
+RouteManager::RouteManager(const RouteManager& other) {
+    const Lock lock(other.m_Lock);
+    CopyListsFrom(other);
+}
+
 RouteManager& RouteManager::operator=(const RouteManager& other) {
     if (this == &other) return *this;
     const std::scoped_lock lock(m_Lock, other.m_Lock);
-    m_EquitiesRoutes = other.m_EquitiesRoutes;
-    m_FuturesRoutes = other.m_FuturesRoutes;
-    m_ForexRoutes = other.m_ForexRoutes;
-    m_OptionsRoutes = other.m_OptionsRoutes;
-    m_EquitiesMultiLegRoutes = other.m_EquitiesMultiLegRoutes;
-    m_FuturesMultiLegRoutes = other.m_FuturesMultiLegRoutes;
-    m_ForexMultiLegRoutes = other.m_ForexMultiLegRoutes;
-    m_OptionsMultiLegRoutes = other.m_OptionsMultiLegRoutes;
-    m_EquitiesLoaded = other.m_EquitiesLoaded;
-    m_FuturesLoaded = other.m_FuturesLoaded;
-    m_ForexLoaded = other.m_ForexLoaded;
-    m_OptionsLoaded = other.m_OptionsLoaded;
-    m_Initialized = other.m_Initialized.load();
+    CopyListsFrom(other);
     m_Index.fresh = false;
     return *this;
 }

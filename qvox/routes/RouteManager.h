@@ -66,6 +66,9 @@ class RouteManager {
     friend const char* GetRouteCodeFromDisplayValue(const char* display, LONG category);
     friend class COXUtil;
 
+    // The eight lists and the five flags of other; the caller holds the locks.
+    void CopyListsFrom(const RouteManager& other);
+
     // "Test Route" in the user's order entry settings: a non-zero REG_DWORD.
     static bool IsTestingEnabled();
     // Starts with "QA-": kept only while testing is on.
