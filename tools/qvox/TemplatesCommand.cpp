@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Commands.h"
+#include "TemplateFile.h"
 #include "qvox/QVOXUtil.h"
 
 namespace qvox::tool {
@@ -55,65 +56,6 @@ int OrderCount(CQVOXConditionalOrdersTemplate& item) {
 
 bool IsElement(const IUnknownPtr& node) {
     return static_cast<bool>(IXmlElementPtr(node));
-}
-
-// ---- Loading a file of either kind ----
-
-enum class Opened { Ok, Unreadable, Malformed, NotATemplate, UnknownKind };
-
-struct OpenedTemplate {
-    Opened result = Opened::Unreadable;
-    std::unique_ptr<CQVOXConditionalOrdersTemplate> item;
-    CString type;  // the Type the file gives
-};
-
-OpenedTemplate Open(const std::string& path) {
-    OpenedTemplate opened;
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return opened;
-    CQVOXXMLDOMHelper probe;
-    if (!probe.Load(CString(path))) {
-        std::string bytes;
-        opened.result =
-            ReadWholeFile(path, kXmlMaxDocumentBytes, bytes) == ReadWholeFileResult::Unreadable
-                ? Opened::Unreadable
-                : Opened::Malformed;
-        return opened;
-    }
-    if (!probe.GetElement("Template")) {
-        opened.result = Opened::NotATemplate;
-        return opened;
-    }
-    opened.type = probe.GetAttributeValue("Template", "Type").TextOrEmpty();
-    if (opened.type == kCOTKindOCO) {
-        opened.item = std::make_unique<CQVOXCOTOCOTemplate>();
-    } else if (opened.type == kCOTKindOSO) {
-        opened.item = std::make_unique<CQVOXCOTOSOTemplate>();
-    } else {
-        opened.result = Opened::UnknownKind;
-        return opened;
-    }
-    opened.result = opened.item->Load(path.c_str()) ? Opened::Ok : Opened::Malformed;
-    return opened;
-}
-
-// The reason a file couldn't be opened as a template, for a message after "<file>: ".
-std::string Why(const OpenedTemplate& opened) {
-    switch (opened.result) {
-        case Opened::Unreadable:
-            return "cannot read the file";
-        case Opened::Malformed:
-            return "not a well-formed XML document (or beyond the limits of a template file: "
-                   "4 MiB, 256 levels, 64 attributes to a tag, entities of plain text within 8 "
-                   "MiB)";
-        case Opened::NotATemplate:
-            return "no Template element: not a conditional-order template";
-        case Opened::UnknownKind:
-            return "the Template's Type is " + Quoted(opened.type) + ", neither OCO nor OSO";
-        case Opened::Ok:
-            break;
-    }
-    return {};
 }
 
 // ---- list ----
