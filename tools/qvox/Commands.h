@@ -32,7 +32,11 @@ void AddRoutesCommand(CLI::App& app, Action& action);
 
 // "qvox currency": an amount as the currency formatter gives it.
 void AddCurrencyCommand(CLI::App& app, Action& action);
+
 // "qvox templates": list the templates of a root's folders, show one, lint template files.
 void AddTemplatesCommand(CLI::App& app, Action& action);
+
+// "qvox generate": the group of orders a template makes of a key order.
+void AddGenerateCommand(CLI::App& app, Action& action);
 
 }  // namespace qvox::tool

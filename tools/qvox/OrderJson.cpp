@@ -34,7 +34,7 @@ std::string_view KeyOf(const char* field) {
 }
 
 bool HoldsCharacter(std::string_view key) {
-    return key == "Side" || key == "OpenClose" || key == "PriceScale";
+    return key == "Side" || key == "OpenClose" || key == "PriceScale" || key == "QuantityType";
 }
 
 // The row of a key among rows, or null.

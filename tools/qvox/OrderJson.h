@@ -4,8 +4,8 @@
 // ("Symbol", "Quantity", "LimitPriceRaw", ...), one per property number of the exchange, with a
 // value of the property's type: text for VT_BSTR, a number for VT_R8, a whole number for VT_I2,
 // VT_I4 and VT_UI4 (checked against the type's range), true or false for VT_BOOL. "Side",
-// "OpenClose" and "PriceScale" hold a character code and take a one-letter text as well ("B",
-// "O", "l"). Besides the fields:
+// "OpenClose", "PriceScale" and "QuantityType" hold a character code and take a one-letter text
+// as well ("B", "O", "l", "#"). Besides the fields:
 //   "Legs"          up to three leg objects (keys: Symbol, Text64, OrderType, LimitPrice,
 //                   StopPrice, Side, OpenClose, Quantity, Real47, Real46, Short45); "LegCount"
 //                   defaults to one more than their number

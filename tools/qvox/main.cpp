@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
         "Exit codes: 0 done, 1 some lines of a data file were refused, 2 the command line "
         "cannot be carried out.");
     qvox::tool::Action action;
+    qvox::tool::AddGenerateCommand(app, action);
     qvox::tool::AddPriceCommand(app, action);
     qvox::tool::AddAdvCommand(app, action);
     qvox::tool::AddOrderCommand(app, action);
