@@ -44,9 +44,17 @@ CString KeptWord(CQVOXCOTKeptTexts& kept, CQVOXXMLDOMHelper& document, const IUn
 // ---- CQVOXCOTKeptTexts ----
 
 bool CQVOXCOTKeptTexts::Follow(CQVOXXMLDOMHelper& document, const IUnknownPtr& element) {
+    const bool sameElement = m_From.GetInterfacePtr() == element.GetInterfacePtr();
+    // No content anywhere has changed since the last look at this element: the slots stand.
+    const ULONGLONG latest = CQVOXXMLDOMHelper::GetLatestRevision();
+    if (m_Revision != 0 && sameElement && latest == m_Latest) return true;
+    m_Latest = latest;
     const ULONGLONG now = document.GetRevision(element);
-    if (now == 0) return false;
-    if (now != m_Revision || m_From.GetInterfacePtr() != element.GetInterfacePtr()) {
+    if (now == 0) {
+        m_Revision = 0;
+        return false;
+    }
+    if (now != m_Revision || !sameElement) {
         for (std::optional<CString>& word : m_Words)
             word.reset();
         m_Value.reset();

@@ -47,7 +47,8 @@ class CQVOXCOTKeptTexts {
 
   private:
     IUnknownPtr m_From;
-    ULONGLONG m_Revision = 0;
+    ULONGLONG m_Revision = 0;  // of m_From's content when the slots were filled; 0: none
+    ULONGLONG m_Latest = 0;    // the latest revision of all at the last look
 };
 
 // The template's properties: the Property children of its Template element.

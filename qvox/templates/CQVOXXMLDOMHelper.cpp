@@ -200,4 +200,8 @@ ULONGLONG CQVOXXMLDOMHelper::GetRevision(IUnknownPtr node) {
     return item ? item->GetRevision() : 0;
 }
 
+ULONGLONG CQVOXXMLDOMHelper::GetLatestRevision() {
+    return XmlLatestRevision();
+}
+
 }  // namespace qvox

@@ -183,10 +183,9 @@ struct XmlTree {
 
     // A number no content has had before: readers that keep texts compare it to know whether
     // what they kept still stands.
-    static ULONGLONG NextRevision() {
-        static std::atomic<ULONGLONG> last{0};
-        return ++last;
-    }
+    static ULONGLONG NextRevision() { return ++latestRevision; }
+
+    static inline std::atomic<ULONGLONG> latestRevision{0};
 
     xmlDocPtr doc;
     std::unordered_set<xmlNodePtr> loose;
@@ -1141,6 +1140,10 @@ IXmlDocumentPtr CreateXmlDocument() {
     } catch (const std::bad_alloc&) {
         _com_issue_error(E_OUTOFMEMORY);
     }
+}
+
+ULONGLONG XmlLatestRevision() {
+    return XmlTree::latestRevision.load();
 }
 
 }  // namespace qvox

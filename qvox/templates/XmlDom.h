@@ -199,4 +199,8 @@ using IXmlDocumentPtr = _com_ptr_t<IXmlDocument>;
 // A new empty document, counted. Raises _com_error(E_OUTOFMEMORY) when memory runs out.
 IXmlDocumentPtr CreateXmlDocument();
 
+// The last revision (IXmlNode::GetRevision) that any content has taken: while it stays, no
+// content anywhere has changed.
+ULONGLONG XmlLatestRevision();
+
 }  // namespace qvox
