@@ -27,7 +27,43 @@ std::string StringOf(const char* text) {
     return text == nullptr ? std::string() : std::string(text);
 }
 
+// Slots of CQVOXCOTKeptTexts::m_Words.
+enum Word : int { kName = 0, kUsage = 1, kOperation = 2, kLocation = 3, kType = 1 };
+
+// The attribute name of element as text, kept in slot of kept.
+CString KeptWord(CQVOXCOTKeptTexts& kept, CQVOXXMLDOMHelper& document, const IUnknownPtr& element,
+                 Word slot, const char* name) {
+    if (!kept.Follow(document, element)) return AttributeText(document, name, element);
+    std::optional<CString>& word = kept.m_Words[slot];
+    if (!word) word = AttributeText(document, name, element);
+    return *word;
+}
+
 }  // namespace
+
+// ---- CQVOXCOTKeptTexts ----
+
+bool CQVOXCOTKeptTexts::Follow(CQVOXXMLDOMHelper& document, const IUnknownPtr& element) {
+    const bool sameElement = m_From.GetInterfacePtr() == element.GetInterfacePtr();
+    // No content anywhere has changed since the last look at this element: the slots stand.
+    const ULONGLONG latest = CQVOXXMLDOMHelper::GetLatestRevision();
+    if (m_Revision != 0 && sameElement && latest == m_Latest) return true;
+    m_Latest = latest;
+    const ULONGLONG now = document.GetRevision(element);
+    if (now == 0) {
+        m_Revision = 0;
+        return false;
+    }
+    if (now != m_Revision || !sameElement) {
+        for (std::optional<CString>& word : m_Words)
+            word.reset();
+        m_Value.reset();
+        m_Named.clear();
+        m_From = element;
+        m_Revision = now;
+    }
+    return true;
+}
 
 // ---- CQVOXCOTProperties ----
 
@@ -39,6 +75,12 @@ CQVOXCOTProperties::~CQVOXCOTProperties() = default;
 _variant_t CQVOXCOTProperties::GetProperty(const char* name) {
     _variant_t result;
     if (name == nullptr) return result;
+    const bool keep = m_Kept.Follow(m_Document, m_Element);
+    if (keep) {
+        for (const auto& [kept, value] : m_Kept.m_Named) {
+            if (kept == name) return value;
+        }
+    }
     const std::u16string wanted = Cp1252ToUtf16(name);
     const IUnknownPtr children = m_Document.GetChildNodes(m_Element);
     const LONG count = m_Document.GetLength(children);
@@ -49,6 +91,7 @@ _variant_t CQVOXCOTProperties::GetProperty(const char* name) {
         if (key.vt != VT_BSTR || BstrView(key.bstrVal) != wanted) continue;
         result = m_Document.GetElementValue(node);
     }
+    if (keep) m_Kept.m_Named.emplace_back(name, result);
     return result;
 }
 
@@ -60,11 +103,11 @@ CQVOXCOTCollection::CQVOXCOTCollection(const CQVOXXMLDOMHelper& document, IUnkno
 CQVOXCOTCollection::~CQVOXCOTCollection() = default;
 
 CString CQVOXCOTCollection::GetName() {
-    return AttributeText(m_Document, "Name", m_Element);
+    return KeptWord(m_Kept, m_Document, m_Element, kName, "Name");
 }
 
 CString CQVOXCOTCollection::GetType() {
-    return AttributeText(m_Document, "Type", m_Element);
+    return KeptWord(m_Kept, m_Document, m_Element, kType, "Type");
 }
 
 bool CQVOXCOTCollection::IsBracket() {
@@ -103,7 +146,7 @@ CQVOXCOTOrder::CQVOXCOTOrder(const CQVOXXMLDOMHelper& document, IUnknownPtr elem
 CQVOXCOTOrder::~CQVOXCOTOrder() = default;
 
 CString CQVOXCOTOrder::GetName() {
-    return AttributeText(m_Document, "Name", m_Element);
+    return KeptWord(m_Kept, m_Document, m_Element, kName, "Name");
 }
 
 int CQVOXCOTOrder::GetCount() {
@@ -159,19 +202,19 @@ CQVOXCOTField::CQVOXCOTField(const CQVOXXMLDOMHelper& document, IUnknownPtr elem
 CQVOXCOTField::~CQVOXCOTField() = default;
 
 CString CQVOXCOTField::GetName() {
-    return AttributeText(m_Document, "Name", m_Element);
+    return KeptWord(m_Kept, m_Document, m_Element, kName, "Name");
 }
 
 CString CQVOXCOTField::GetUsage() {
-    return AttributeText(m_Document, "Usage", m_Element);
+    return KeptWord(m_Kept, m_Document, m_Element, kUsage, "Usage");
 }
 
 CString CQVOXCOTField::GetOperation() {
-    return AttributeText(m_Document, "Operation", m_Element);
+    return KeptWord(m_Kept, m_Document, m_Element, kOperation, "Operation");
 }
 
 CString CQVOXCOTField::GetLocation() {
-    return AttributeText(m_Document, "Location", m_Element);
+    return KeptWord(m_Kept, m_Document, m_Element, kLocation, "Location");
 }
 
 _variant_t CQVOXCOTField::GetMinValue() {
@@ -183,7 +226,9 @@ _variant_t CQVOXCOTField::GetMaxValue() {
 }
 
 _variant_t CQVOXCOTField::GetValue() {
-    return m_Document.GetElementValue(m_Element);
+    if (!m_Kept.Follow(m_Document, m_Element)) return m_Document.GetElementValue(m_Element);
+    if (!m_Kept.m_Value) m_Kept.m_Value = m_Document.GetElementValue(m_Element);
+    return *m_Kept.m_Value;
 }
 
 void CQVOXCOTField::SetValue(const _variant_t& value) {

@@ -2,10 +2,12 @@
 // the orders of a collection, the fields of an order and the child fields of a field.
 //
 // Each node holds the DOM node it stands for and a helper over the template's document. Texts
-// are read from the document on every call; nothing is cached but the tree of children, which
-// each level builds at its first GetCount or GetAt (and builds again at each access while it has
-// no children). A level owns its children: Clear and the destructor delete them, and every
-// pointer GetAt handed out dies with them.
+// are read from the document and kept until the document changes (its revision moves) or the
+// node stands for another element, so that a generation, which reads every field of every order
+// each time, doesn't go to the document for the same words again. The tree of children is built
+// by each level at its first GetCount or GetAt (and again at each access while it has no
+// children). A level owns its children: Clear and the destructor delete them, and every pointer
+// GetAt handed out dies with them.
 //
 // Copies: a collection, an order or a field owns its children, so none of them can be copied or
 // assigned (the template's Copy, operator= and Clone are the copies). Properties own nothing and
@@ -14,7 +16,9 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "qvox/platform/CString.h"
@@ -27,6 +31,25 @@ namespace qvox {
 class CQVOXCOTCollection;
 class CQVOXCOTField;
 class CQVOXCOTOrder;
+
+// The texts a node has read from its element: each slot filled at its first read, all of them
+// forgotten when the element or its document is no longer the one they were read from.
+class CQVOXCOTKeptTexts {
+  public:
+    // Whether the slots may be used for element: false when its revision is unknown (then
+    // nothing is kept); otherwise true, with the slots emptied first when they were read from
+    // another element or another revision.
+    bool Follow(CQVOXXMLDOMHelper& document, const IUnknownPtr& element);
+
+    std::optional<CString> m_Words[4];
+    std::optional<_variant_t> m_Value;
+    std::vector<std::pair<std::string, _variant_t>> m_Named;
+
+  private:
+    IUnknownPtr m_From;
+    ULONGLONG m_Revision = 0;  // of m_From's content when the slots were filled; 0: none
+    ULONGLONG m_Latest = 0;    // the latest revision of all at the last look
+};
 
 // The template's properties: the Property children of its Template element.
 class CQVOXCOTProperties {
@@ -42,6 +65,9 @@ class CQVOXCOTProperties {
 
     CQVOXXMLDOMHelper m_Document;
     IUnknownPtr m_Element;
+
+  private:
+    CQVOXCOTKeptTexts m_Kept;
 };
 
 // A Collection element: one template order per child node.
@@ -70,6 +96,9 @@ class CQVOXCOTCollection {
 
   protected:
     void LoadOnAccess();
+
+  private:
+    CQVOXCOTKeptTexts m_Kept;
 };
 
 // A field of an order, or a child field of a field (Price's Limit and Stop).
@@ -135,6 +164,9 @@ class CQVOXCOTField {
 
   protected:
     void LoadOnAccess();
+
+  private:
+    CQVOXCOTKeptTexts m_Kept;
 };
 
 // A template order: one field per child node, by Name, the first of each name.
@@ -163,6 +195,9 @@ class CQVOXCOTOrder {
 
   protected:
     void LoadOnAccess();
+
+  private:
+    CQVOXCOTKeptTexts m_Kept;
 };
 
 }  // namespace qvox

@@ -195,4 +195,13 @@ CString CQVOXXMLDOMHelper::GetNodeName(IUnknownPtr node) {
     return CString(Utf8ToCp1252(name));
 }
 
+ULONGLONG CQVOXXMLDOMHelper::GetRevision(IUnknownPtr node) {
+    const IXmlNodePtr item(node);
+    return item ? item->GetRevision() : 0;
+}
+
+ULONGLONG CQVOXXMLDOMHelper::GetLatestRevision() {
+    return XmlLatestRevision();
+}
+
 }  // namespace qvox

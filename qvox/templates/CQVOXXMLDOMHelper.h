@@ -87,6 +87,11 @@ class CQVOXXMLDOMHelper {
     IUnknownPtr GetItem(IUnknownPtr list, LONG index);
     // The node's name (an element's tag name); empty for null.
     CString GetNodeName(IUnknownPtr node);
+    // A number for the present state of the content node belongs to, which changes with every
+    // change of it: texts read from node stand while it stays the same. 0 for null.
+    ULONGLONG GetRevision(IUnknownPtr node);
+    // The last revision any document's content has taken: while it stays, nothing has changed.
+    static ULONGLONG GetLatestRevision();
 
     IUnknownPtr m_Document;
 };

@@ -8,6 +8,7 @@
 #include <unicode/ucnv.h>
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <cstdint>
 #include <limits>
@@ -153,7 +154,7 @@ bool AnyHeld(xmlNodePtr top) {
 // One parsed or built content: the libxml2 document, and the nodes of it that stand outside its
 // tree (made and not attached yet, or taken out while held). Node objects and lists share it.
 struct XmlTree {
-    explicit XmlTree(xmlDocPtr document) : doc(document) {}
+    explicit XmlTree(xmlDocPtr document) : doc(document), revision(NextRevision()) {}
     ~XmlTree() {
         // Loose nodes first: their names may live in the document's dictionary.
         for (xmlNodePtr node : loose) {
@@ -177,8 +178,18 @@ struct XmlTree {
         }
     }
 
+    // Every change of the content, made or attempted, takes a new revision.
+    void Touch() { revision = NextRevision(); }
+
+    // A number no content has had before: readers that keep texts compare it to know whether
+    // what they kept still stands.
+    static ULONGLONG NextRevision() { return ++latestRevision; }
+
+    static inline std::atomic<ULONGLONG> latestRevision{0};
+
     xmlDocPtr doc;
     std::unordered_set<xmlNodePtr> loose;
+    ULONGLONG revision;
 };
 using TreeRef = std::shared_ptr<XmlTree>;
 
@@ -686,6 +697,7 @@ HRESULT QueryList(const TreeRef& tree, xmlNodePtr root, std::string_view name,
 // Moves child to the end of parent's children; see IXmlNode::AppendChild.
 HRESULT AppendNode(const TreeRef& tree, xmlNodePtr parent, IXmlNode* child) {
     if (child == nullptr) return E_POINTER;
+    tree->Touch();
     XmlNodeCore* core = CoreOf(child);
     if (core == nullptr || core->Tree() != tree) return E_INVALIDARG;
     if (parent->type != XML_ELEMENT_NODE && parent->type != XML_DOCUMENT_NODE) return E_FAIL;
@@ -734,6 +746,7 @@ HRESULT AppendNode(const TreeRef& tree, xmlNodePtr parent, IXmlNode* child) {
 
 // Replaces every child of an element by one text node (none for empty text).
 HRESULT ReplaceContent(XmlTree& tree, xmlNodePtr element, std::string_view text) {
+    tree.Touch();
     xmlNodePtr node = nullptr;
     if (!text.empty()) {
         node = xmlNewDocTextLen(element->doc, reinterpret_cast<const xmlChar*>(text.data()),
@@ -841,6 +854,7 @@ class NodeObject : public ComObject<I>, public XmlNodeCore {
     HRESULT PutText(std::string_view text) override {
         return Guard([&] {
             if (!IsXmlText(text)) return E_INVALIDARG;
+            m_tree->Touch();
             switch (m_node->type) {
                 case XML_ELEMENT_NODE:
                     return ReplaceContent(*m_tree, m_node, text);
@@ -876,6 +890,8 @@ class NodeObject : public ComObject<I>, public XmlNodeCore {
     HRESULT AppendChild(IXmlNode* child) override {
         return Guard([&] { return AppendNode(m_tree, m_node, child); });
     }
+
+    ULONGLONG GetRevision() override { return m_tree->revision; }
 
   protected:
     // The value of an attribute node, taken literally: one text node, none when empty. Its old
@@ -939,6 +955,7 @@ class ElementObject final : public NodeObject<IXmlElement> {
             if (node->type != XML_ATTRIBUTE_NODE) return E_INVALIDARG;
             if (node->parent == m_node) return S_OK;
             if (node->parent != nullptr) return E_INVALIDARG;
+            m_tree->Touch();
             const std::string name = QualifiedName(node);
             for (xmlAttrPtr a = m_node->properties; a != nullptr; a = a->next) {
                 auto* old = reinterpret_cast<xmlNodePtr>(a);
@@ -1013,6 +1030,8 @@ class DocumentObject final : public ComObject<IXmlDocument> {
     HRESULT AppendChild(IXmlNode* child) override {
         return Guard([&] { return AppendNode(m_tree, Root(), child); });
     }
+
+    ULONGLONG GetRevision() override { return m_tree->revision; }
 
     HRESULT Load(std::string_view path, bool* loaded) override {
         if (loaded == nullptr) return E_POINTER;
@@ -1121,6 +1140,10 @@ IXmlDocumentPtr CreateXmlDocument() {
     } catch (const std::bad_alloc&) {
         _com_issue_error(E_OUTOFMEMORY);
     }
+}
+
+ULONGLONG XmlLatestRevision() {
+    return XmlTree::latestRevision.load();
 }
 
 }  // namespace qvox

@@ -105,6 +105,10 @@ class IXmlNode : public IUnknown {
     // doctype; anything but an element, comment or processing instruction below the document),
     // or is a second root element; E_FAIL when this node cannot have children.
     virtual HRESULT AppendChild(IXmlNode* child) = 0;
+    // A number for the present state of the content this node belongs to: it changes with every
+    // change of that content (a text, an attribute, a child), and no two states, of this content
+    // or any other, share one. Never 0, so that 0 can stand for "unknown" elsewhere.
+    virtual ULONGLONG GetRevision() = 0;
 
   protected:
     ~IXmlNode() = default;
@@ -194,5 +198,9 @@ using IXmlDocumentPtr = _com_ptr_t<IXmlDocument>;
 
 // A new empty document, counted. Raises _com_error(E_OUTOFMEMORY) when memory runs out.
 IXmlDocumentPtr CreateXmlDocument();
+
+// The last revision (IXmlNode::GetRevision) that any content has taken: while it stays, no
+// content anywhere has changed.
+ULONGLONG XmlLatestRevision();
 
 }  // namespace qvox

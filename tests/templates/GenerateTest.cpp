@@ -187,6 +187,22 @@ TEST(Generate, TheSameTemplateAsOCOGivesRealPricesOnTheKeyOrder) {
     EXPECT_TRUE(order.GetOCANext()->IsBracket());
 }
 
+TEST(Generate, AnEditedTemplateGeneratesWhatItNowSays) {
+    auto oso = Load<CQVOXCOTOSOTemplate>(Collection({TOrder{}}, false));
+    C order = StockKey();
+    ASSERT_TRUE(oso->Generate(order, nullptr, 0.0));
+    CQVOXCOTOrder* node = oso->GetAt(0)->GetAt(0);
+    node->GetAt("Price")->SetValue(_variant_t("25"));
+    // Edited through the document, beside the node: half the key's quantity.
+    const IUnknownPtr quantity = node->GetAt("Quantity")->m_Element;
+    oso->m_Document.AddAttribute(quantity, "Usage", "Percentage");
+    oso->m_Document.SetElementText(quantity, "50");
+    C again = StockKey();
+    ASSERT_TRUE(oso->Generate(again, nullptr, 0.0));
+    EXPECT_EQ(again.GetOSOChild(0)->m_AutoPriceIncrement, "25");
+    EXPECT_EQ(again.GetOSOChild(0)->GetLots(), 525);
+}
+
 TEST(Generate, BracketQuantitiesAddUpToTheKeyOrder) {
     struct Case {
         const char* name;
