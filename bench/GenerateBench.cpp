@@ -15,6 +15,7 @@
 #include "qvox/order/COrderBarProperties.h"
 #include "qvox/platform/CodePage.h"
 #include "qvox/templates/CQVOXConditionalOrdersTemplate.h"
+#include "qvox/vocabulary/OrderIDManipulation.h"
 
 namespace {
 
@@ -84,8 +85,9 @@ void Generate(benchmark::State& state, qvox::CQVOXConditionalOrdersTemplate& ite
     }
 }
 
-// A fresh key order and n new records assigned from it.
-void Copies(benchmark::State& state, int n) {
+// A fresh key order and n new records assigned from it; with ids, each record also takes a new
+// local order id, as every generated order must.
+void Copies(benchmark::State& state, int n, bool ids = false) {
     const COrderBarProperties prototype = StockKey();
     std::vector<std::unique_ptr<COrderBarProperties>> copies;
     copies.reserve(static_cast<std::size_t>(n));
@@ -95,6 +97,7 @@ void Copies(benchmark::State& state, int n) {
         for (int i = 0; i < n; ++i) {
             copies.push_back(std::make_unique<COrderBarProperties>());
             *copies.back() = key;
+            if (ids) copies.back()->m_LocalOrderID = qvox::CreateLocalOrderID();
         }
         benchmark::DoNotOptimize(copies.data());
         copies.clear();
@@ -117,6 +120,18 @@ void ThreeBracketsBaseline(benchmark::State& state) {
     PerOrder(state, 6);
 }
 
+// The same generation beside copies that take their new ids too: what the template's own work
+// costs, apart from the random ids that every order needs whichever way it is made.
+void ThreeBracketsWithIds(benchmark::State& state) {
+    const auto item = ThreeTargets();
+    Generate(state, *item);
+    PerOrder(state, 6);
+}
+void ThreeBracketsWithIdsBaseline(benchmark::State& state) {
+    Copies(state, 6, true);
+    PerOrder(state, 6);
+}
+
 void Register(int n) {
     const std::string group = "Orders" + std::to_string(n);
     benchmark::RegisterBenchmark((group + "/generate").c_str(), [n](benchmark::State& state) {
@@ -134,6 +149,8 @@ void Register(int n) {
 
 BENCHMARK(ThreeBrackets)->Name("ThreeBrackets/OSO 6 orders");
 BENCHMARK(ThreeBracketsBaseline)->Name("ThreeBrackets/baseline");
+BENCHMARK(ThreeBracketsWithIds)->Name("ThreeBracketsIds/OSO 6 orders");
+BENCHMARK(ThreeBracketsWithIdsBaseline)->Name("ThreeBracketsIds/baseline");
 
 int main(int argc, char** argv) {
     for (int n : {1, 10, 100})
