@@ -70,11 +70,13 @@ std::string Text(const ValidString& text) {
     return text.IsValid() ? Text(text.GetText()) : std::string();
 }
 
-// A price in the symbol's own price text ("112^165" in 32nds and halves, "50.00" in cents), or
-// as a plain decimal for a symbol without a price scale.
+// A price in the symbol's own price text: "50.00" in cents, "112^161" for 112 and 16.5 32nds in
+// 32nds and halves. A plain decimal for a symbol without a price scale, or for a price beyond
+// 32-bit pieces.
 std::string PriceText(double price, const COrderBarProperties& order) {
     const char code = static_cast<char>(order.m_PriceScale.value);
-    if (order.m_PriceScale.valid && Helper::IsValidBaseCode(code)) {
+    if (order.m_PriceScale.valid && Helper::IsValidBaseCode(code) &&
+        std::fabs(price / Helper::GetBaseCodeDecimalFactor(code)) < 2147483647.0) {
         char text[16];
         return Helper::Pieces2String(code, Helper::Decimal2Pieces(price, code), text, 0);
     }
