@@ -128,6 +128,22 @@ class GenerationScope {
     Orders m_made;
 };
 
+// Calls fill(collection, node) for every template order of item, collection by collection, each
+// in its order, skipping null nodes, until fill answers false; the answer is then false.
+template <typename Fill>
+bool ForEachTemplateOrder(CQVOXConditionalOrdersTemplate& item, Fill&& fill) {
+    const int collections = item.GetCount();
+    for (int c = 0; c < collections; ++c) {
+        CQVOXCOTCollection* collection = item.GetAt(c);
+        const int orders = collection->GetCount();
+        for (int o = 0; o < orders; ++o) {
+            CQVOXCOTOrder* node = collection->GetAt(o);
+            if (node != nullptr && !fill(*collection, node)) return false;
+        }
+    }
+    return true;
+}
+
 }  // namespace
 
 // ---- Generate ----
@@ -172,23 +188,19 @@ bool CQVOXCOTOCOTemplate::Generate(COrderBarProperties& order, IUnknownPtr posit
     key = order;
     GenerationScope scope(m_BRQGroups);
     bool first = true;
-    const int collections = GetCount();
-    for (int c = 0; c < collections; ++c) {
-        CQVOXCOTCollection* collection = GetAt(c);
-        const int orders = collection->GetCount();
-        for (int o = 0; o < orders; ++o) {
-            CQVOXCOTOrder* node = collection->GetAt(o);
-            if (node == nullptr) continue;
+    const bool made =
+        ForEachTemplateOrder(*this, [&](CQVOXCOTCollection& collection, CQVOXCOTOrder* node) {
             // The key order itself is the first target; the others join its chain.
             COrderBarProperties* target = first ? &order : scope.NewTarget(key);
-            target->m_Bracket = collection->IsBracket();
+            target->m_Bracket = collection.IsBracket();
             if (!UpdateFields(node, *target, key, position, last, true)) return false;
-            // A chain refuses a bracket order behind a plain one; such an order stays out of
-            // the group and goes with the scope.
+            // A chain refuses a bracket order behind a plain one; such an order stays out of the
+            // group and goes with the scope.
             if (!first && order.AddOrderToOCAGroup(target, true) != nullptr) scope.Adopted();
             first = false;
-        }
-    }
+            return true;
+        });
+    if (!made) return false;
     return EndGenerate(order, position, last);
 }
 
@@ -198,15 +210,10 @@ bool CQVOXCOTOSOTemplate::Generate(COrderBarProperties& order, IUnknownPtr posit
     key = order;
     GenerationScope scope(m_BRQGroups);
     COrderBarProperties* head = nullptr;
-    const int collections = GetCount();
-    for (int c = 0; c < collections; ++c) {
-        CQVOXCOTCollection* collection = GetAt(c);
-        const int orders = collection->GetCount();
-        for (int o = 0; o < orders; ++o) {
-            CQVOXCOTOrder* node = collection->GetAt(o);
-            if (node == nullptr) continue;
+    const bool made =
+        ForEachTemplateOrder(*this, [&](CQVOXCOTCollection& collection, CQVOXCOTOrder* node) {
             COrderBarProperties* child = scope.NewTarget(key);
-            child->m_Bracket = collection->IsBracket();
+            child->m_Bracket = collection.IsBracket();
             // Until it is attached, order stays as it was: the children made so far go with the
             // scope.
             if (!UpdateFields(node, *child, key, position, last, false)) return false;
@@ -215,8 +222,9 @@ bool CQVOXCOTOSOTemplate::Generate(COrderBarProperties& order, IUnknownPtr posit
             } else if (head->AddOrderToOCAGroup(child, true) != nullptr) {
                 scope.Adopted();
             }
-        }
-    }
+            return true;
+        });
+    if (!made) return false;
     if (head != nullptr && order.AddOSOChildOrder(head, true) != nullptr) scope.Adopted(head);
     return EndGenerate(order, position, last);
 }
