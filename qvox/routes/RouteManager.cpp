@@ -10,6 +10,7 @@
 #include "qvox/platform/PlatformInterfaces.h"
 #include "qvox/platform/PlatformObjects.h"
 #include "qvox/platform/Registry.h"
+#include "qvox/vocabulary/OrderEnums.h"
 
 namespace qvox {
 namespace {
@@ -19,11 +20,11 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 constexpr const char* kIntelligent = "Intelligent";
 constexpr std::string_view kMultiLeg = "MultiLeg";
 
-constexpr ULONG kEquities = 2;
-constexpr ULONG kFutures = 0;
-constexpr ULONG kForex = 12;
-constexpr ULONG kOptions = 3;
-constexpr ULONG kFutureOptions = 8;
+constexpr ULONG kEquities = SymbolCategoryStock;
+constexpr ULONG kFutures = SymbolCategoryFuture;
+constexpr ULONG kForex = SymbolCategoryForex;
+constexpr ULONG kOptions = SymbolCategoryStockOption;
+constexpr ULONG kOtherOptions = SymbolCategoryOtherOption;  // listed with the stock options
 
 bool StartsWith(const CString& text, std::string_view prefix) {
     return text.view().substr(0, prefix.size()) == prefix;
@@ -199,7 +200,7 @@ void RouteManager::UpdateList(RouteMap& multiLegRoutes, RouteMap& routes, ULONG 
             if (!m_ForexLoaded) m_ForexLoaded = GetListFromServer(routes, category, false);
             break;
         case kOptions:
-        case kFutureOptions:
+        case kOtherOptions:
             if (!m_OptionsLoaded) {
                 GetListFromServer(routes, kOptions, false);
                 m_OptionsLoaded = GetListFromServer(multiLegRoutes, kOptions, true);
@@ -233,7 +234,7 @@ RouteMap* RouteManager::RefreshedMap(ULONG category, bool multiLeg) {
             UpdateList(m_ForexMultiLegRoutes, m_ForexRoutes, category);
             return multiLeg ? &m_ForexMultiLegRoutes : &m_ForexRoutes;
         case kOptions:
-        case kFutureOptions:
+        case kOtherOptions:
             UpdateList(m_OptionsMultiLegRoutes, m_OptionsRoutes, category);
             return multiLeg ? &m_OptionsMultiLegRoutes : &m_OptionsRoutes;
         default:
@@ -246,7 +247,7 @@ void RouteManager::GetRoutelist(CStringList& list, ULONG category, bool multiLeg
     const RouteMap* routes = RefreshedMap(category, multiLeg);
     if (routes == nullptr) return;
     GetRoutelist(list, *routes);
-    if ((category == kOptions || category == kFutureOptions) && multiLeg &&
+    if ((category == kOptions || category == kOtherOptions) && multiLeg &&
         (list.GetCount() == 1 || list.GetCount() == 2)) {
         list.RemoveAt(list.Find(kIntelligent));
     }
@@ -299,7 +300,7 @@ const CString* RouteManager::FindCode(const CString& display, LONG category) {
             list = 2;
             break;
         case static_cast<LONG>(kOptions):
-        case static_cast<LONG>(kFutureOptions):
+        case static_cast<LONG>(kOtherOptions):
             list = 3;
             break;
         default:

@@ -11,6 +11,7 @@
 #include "qvox/platform/Variant.h"
 #include "qvox/platform/WinTypes.h"
 #include "qvox/templates/CQVOXCOTNodes.h"
+#include "qvox/vocabulary/OrderEnums.h"
 
 namespace qvox {
 
@@ -18,11 +19,11 @@ class CQVOXConditionalOrdersTemplate;
 class COrderBarProperties;
 
 // Symbol categories as an order's m_SymbolCategory holds them.
-inline constexpr LONG kCOTFutures = 0;
-inline constexpr LONG kCOTEquities = 2;
-inline constexpr LONG kCOTEquityOptions = 3;
-inline constexpr LONG kCOTOtherOptions = 8;
-inline constexpr LONG kCOTForex = 12;
+inline constexpr LONG kCOTFutures = static_cast<LONG>(SymbolCategoryFuture);
+inline constexpr LONG kCOTEquities = static_cast<LONG>(SymbolCategoryStock);
+inline constexpr LONG kCOTEquityOptions = static_cast<LONG>(SymbolCategoryStockOption);
+inline constexpr LONG kCOTOtherOptions = static_cast<LONG>(SymbolCategoryOtherOption);
+inline constexpr LONG kCOTForex = static_cast<LONG>(SymbolCategoryForex);
 
 // Name, Usage, Operation and Location of one field, each read from the document once.
 struct COTFieldWords {

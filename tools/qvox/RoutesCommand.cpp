@@ -39,7 +39,7 @@ const char* CategoryName(int category) {
         case 3:
             return "options";
         case 8:
-            return "options on futures";
+            return "other options";
         case 12:
             return "forex";
         default:
