@@ -2,6 +2,7 @@
 // the same record; and graphs of 10, 100 and 1,000 orders, reported per order so that a flat line
 // shows a cost that grows with the graph and no faster.
 #include "BaselineReporter.h"
+#include "TypicalOrder.h"
 #include "qvox/order/COrderBarProperties.h"
 #include "qvox/platform/PlatformObjects.h"
 
@@ -10,25 +11,11 @@ namespace {
 using qvox::COrderBarProperties;
 using qvox::SHORT;
 
-// A typical ticket: what an application fills before it hands an order over.
+// The typical ticket with its key and piece value, as the platform receives it.
 void Fill(COrderBarProperties& order) {
+    qvox::bench::FillTypicalTicket(order);
     order.m_OrderKey = "K-000042";
-    order.m_Account = "ACCT-0042";
-    order.m_Duration = "Day";
-    order.m_OrderType = "Limit";
-    order.m_Route = "NSDQ";
-    order.m_Symbol = "MSFT";
-    order.m_AutoPrice = "Join";
-    order.m_LimitPriceRaw = 101.25;
-    order.m_Bid = 101.2;
-    order.m_Ask = 101.3;
-    order.m_Quantity = 500;
-    order.m_SymbolCategory = 2;
-    order.m_Side = static_cast<SHORT>('B');
-    order.m_PriceScale = static_cast<SHORT>('m');
-    order.m_QuantityType = static_cast<SHORT>('#');
     order.m_PieceValue = 0.01;
-    order.m_LocalOrderID = 42u;
     order.m_AllOrNone = static_cast<SHORT>(1);
 }
 

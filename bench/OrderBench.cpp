@@ -4,30 +4,14 @@
 #include <string>
 
 #include "BaselineReporter.h"
+#include "TypicalOrder.h"
 #include "qvox/order/COrderBarProperties.h"
 
 namespace {
 
 using qvox::COrderBarProperties;
 
-// A typical ticket: the texts and numbers an application fills.
-void Fill(COrderBarProperties& order) {
-    order.m_Account = "ACCT-0042";
-    order.m_Duration = "Day";
-    order.m_OrderType = "Limit";
-    order.m_Route = "NSDQ";
-    order.m_Symbol = "MSFT";
-    order.m_AutoPrice = "Join";
-    order.m_LimitPriceRaw = 101.25;
-    order.m_Bid = 101.2;
-    order.m_Ask = 101.3;
-    order.m_Quantity = 500;
-    order.m_SymbolCategory = 2;
-    order.m_Side = static_cast<qvox::SHORT>('B');
-    order.m_PriceScale = static_cast<qvox::SHORT>('m');
-    order.m_QuantityType = static_cast<qvox::SHORT>('#');
-    order.m_LocalOrderID = 42u;
-}
+using qvox::bench::FillTypicalTicket;
 
 // The record's fields as a plain struct: the same strings as std::string and the same numbers,
 // legs included, with the same content. What a copy of the record costs beyond this is the
@@ -64,7 +48,7 @@ struct PlainOrder {
 
 void CopyOrderOnly(benchmark::State& state) {
     COrderBarProperties source;
-    Fill(source);
+    FillTypicalTicket(source);
     for (auto _ : state) {
         COrderBarProperties copy(source, COrderBarProperties::eCopyOrderOnly);
         benchmark::DoNotOptimize(copy);
@@ -83,17 +67,17 @@ void CopyBaseline(benchmark::State& state) {
 // the rest as further children of the last order, so chains and children both grow.
 std::unique_ptr<COrderBarProperties> MakeGraph(int n) {
     auto root = std::make_unique<COrderBarProperties>();
-    Fill(*root);
+    FillTypicalTicket(*root);
     COrderBarProperties* parent = root.get();
     int made = 1;
     while (made < n) {
         auto* child = new COrderBarProperties;
-        Fill(*child);
+        FillTypicalTicket(*child);
         parent->AddOSOChildOrder(child, true);
         ++made;
         if (made < n) {
             auto* next = new COrderBarProperties;
-            Fill(*next);
+            FillTypicalTicket(*next);
             child->AddOrderToOCAGroup(next, true);
             ++made;
         }

@@ -54,21 +54,28 @@ IUnknownPtr GetPlatformRootObject() {
     return root;
 }
 
-HRESULT GetPropertyByNumber(IMVProperties* object, LONG number, VARIANT* value) {
-    if (!object) return E_POINTER;
+namespace {
+
+// The key of property number: a VT_I4 variant, which owns nothing.
+VARIANT NumberKey(LONG number) {
     VARIANT key;
     VariantInit(&key);
     key.vt = VT_I4;
     key.lVal = number;
+    return key;
+}
+
+}  // namespace
+
+HRESULT GetPropertyByNumber(IMVProperties* object, LONG number, VARIANT* value) {
+    if (!object) return E_POINTER;
+    const VARIANT key = NumberKey(number);
     return object->GetValue(key, value);
 }
 
 HRESULT SetPropertyByNumber(IMVProperties* object, LONG number, const VARIANT& value) {
     if (!object) return E_POINTER;
-    VARIANT key;
-    VariantInit(&key);
-    key.vt = VT_I4;
-    key.lVal = number;
+    const VARIANT key = NumberKey(number);
     return object->SetValue(key, value);
 }
 
@@ -77,10 +84,7 @@ HRESULT TakePropertyByNumber(IMVProperties* object, LONG number, VARIANT* value)
         VariantClear(value);
         return E_POINTER;
     }
-    VARIANT key;
-    VariantInit(&key);
-    key.vt = VT_I4;
-    key.lVal = number;
+    const VARIANT key = NumberKey(number);
     return object->TakeValue(key, value);
 }
 
@@ -88,10 +92,7 @@ HRESULT ReadPropertyByNumber(IMVProperties* object, LONG number, _variant_t& hol
                              const VARIANT** value) {
     *value = nullptr;
     if (!object) return E_POINTER;
-    VARIANT key;
-    VariantInit(&key);
-    key.vt = VT_I4;
-    key.lVal = number;
+    const VARIANT key = NumberKey(number);
     HRESULT hr = object->PeekValue(key, value);
     if (hr != E_NOTIMPL) return hr;
     hr = object->GetValue(key, &holder);
